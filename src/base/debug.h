@@ -1,8 +1,8 @@
 // Assertions of the developers.
 //
-// VEXOR_ASSERT states what the next line relies on. It never has an effect and never judges user input, which is
-// answered with an exception. VEXOR_DEBUG turns it on; check_invariant functions are compiled in every build and
-// called by VEXOR_INVARIANT only where VEXOR_DEBUG is set.
+// VEXOR_ASSERT states what the next line relies on. It never has an effect and never judges user input, which
+// is answered with an exception. VEXOR_DEBUG turns it on; check_invariant functions are compiled in every
+// build and called by VEXOR_INVARIANT only where VEXOR_DEBUG is set.
 #pragma once
 
 namespace vexor {
@@ -20,7 +20,9 @@ extern int g_debug_level;
     ((condition) ? static_cast<void>(0) : ::vexor::assertion_failed(#condition, __FILE__, __LINE__))
 #define VEXOR_INVARIANT(level, call)                                                                         \
     do {                                                                                                     \
-        if (::vexor::g_debug_level >= (level)) { call; }                                                     \
+        if (::vexor::g_debug_level >= (level)) {                                                             \
+            call;                                                                                            \
+        }                                                                                                    \
     } while (false)
 #else
 #define VEXOR_ASSERT(condition) static_cast<void>(0)
