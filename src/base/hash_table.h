@@ -200,7 +200,7 @@ public:
 
     void check_invariant() const {
         unsigned alive = 0;
-        const_cast<hash_table*>(this)->for_each_node([&](node* n) {
+        const_cast<hash_table*>(this)->for_each_node([&]([[maybe_unused]] node* n) {
             alive++;
             VEXOR_ASSERT(n->m_hash == hash_detail::fold(m_hash(KeyOf{}(n->m_entry))));
             VEXOR_ASSERT(find_node(KeyOf{}(n->m_entry)) == n);

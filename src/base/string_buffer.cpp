@@ -34,11 +34,16 @@ void string_buffer::append(double value) {
     append(text, static_cast<std::size_t>(length));
 }
 
-void string_buffer::append(long value) {
+template <class T>
+static void append_integer(string_buffer& out, T value) {
     char text[24];
     char* end = std::to_chars(text, text + sizeof(text), value).ptr;
-    append(text, static_cast<std::size_t>(end - text));
+    out.append(text, static_cast<std::size_t>(end - text));
 }
+
+void string_buffer::append(long value) { append_integer(*this, value); }
+
+void string_buffer::append(unsigned long long value) { append_integer(*this, value); }
 
 char const* string_buffer::c_str() {
     if (m_pos == m_capacity) expand();

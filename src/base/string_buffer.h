@@ -28,6 +28,9 @@ public:
     void append(float value) { append(static_cast<double>(value)); }
     void append(double value);
     void append(long value);
+    void append(unsigned long value) { append(static_cast<unsigned long long>(value)); }
+    void append(long long value) { append(static_cast<long>(value)); }
+    void append(unsigned long long value);
     void append(int value) { append(static_cast<long>(value)); }
     // Prints as a signed number: values from 2^31 on come out negative.
     void append(unsigned value) { append(static_cast<int>(value)); }
