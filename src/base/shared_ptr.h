@@ -100,7 +100,10 @@ public:
         VEXOR_ASSERT(m_object);
         return m_object;
     }
-    operator T*() const { return m_object; }
+    operator T*() const& { return m_object; }
+    // A plain pointer kept from a temporary would dangle; an argument that outlives the call is written
+    // get().
+    operator T*() const&& = delete;
     // Gives up the reference; the pointer is null afterwards.
     void reset() { dec(std::exchange(m_object, nullptr)); }
     void swap(shared_ptr& other) noexcept { std::swap(m_object, other.m_object); }
