@@ -1,0 +1,158 @@
+// Unit propagation with two watched literals, and the hand-over of assigned atoms to the theories.
+//
+// Idea:    a clause is visited only when one of its first two literals becomes false; it then looks for
+// another
+//          literal that is not false, and is unit or false if there is none. Binary clauses are lists of
+//          literals.
+// Keeps:   with the queue empty and no conflict, a clause with a false watch has a true other watch, or its
+// literals
+//          were assigned in another order and it is on an out-of-order record.
+// Ends:    each trail position is visited once, and each visit walks one watch set once.
+// Cost:    linear in the visited watch entries; a clause is scanned from its third literal.
+// Source:  Moskewicz et al., Chaff: engineering an efficient SAT solver, DAC 2001.
+// Differs: the other watched literal is read from a dense array and not from the clause. A blocking literal
+// in the
+//          entry would save that access too, but an outdated one that happens to be true would keep a watch
+//          where the clause is to look for another, and so change the course of the search.
+#include "search/context.h"
+
+namespace vexor {
+
+bool context::propagate_constraints() {
+    if (inconsistent()) return false;
+    while (m_qhead != m_trail.size() || !m_atom_queue.empty() || m_egraph->can_propagate()) {
+        bool const consistent = propagate_boolean_constraints();
+        m_qhead = m_trail.size();
+        if (!consistent || !propagate_non_boolean_constraints()) {
+            drop_pending_work();
+            return false;
+        }
+    }
+    VEXOR_INVARIANT(3, check_invariant());
+    return true;
+}
+
+// After a conflict nothing stale may run once the search has jumped back.
+void context::drop_pending_work() {
+    m_atom_queue.reset();
+    m_egraph->reset_propagation_queue();
+}
+
+bool context::propagate_boolean_constraints() {
+    while (m_qhead < m_trail.size()) {
+        trail_word const word = m_trail[m_qhead++];
+        if (!word.is_literal()) continue;
+        literal const l = word.get_literal();
+        ++m_stats.m_num_propagations;
+        --m_simp_budget;
+        if (!propagate_binary_clauses(l) || !propagate_watched_clauses(l)) return false;
+    }
+    return true;
+}
+
+// The other literals of the binary clauses that hold the complement of l; no clause memory is touched.
+inline bool context::propagate_binary_clauses(literal l) {
+    watch_set const& set = watches(l);
+    gexplanation const reason = gexplanation::mk_binary(l);
+    literal const* const end = set.end_literals();
+    for (literal const* it = set.begin_literals(); it != end; ++it) {
+        int const v = value(*it);
+        if (v > 0) continue;
+        if (v < 0) {
+            set_binary_clause_conflict(~l, *it);
+            return false;
+        }
+        assign_unassigned(*it, reason);
+    }
+    return true;
+}
+
+// Walks the clause region with a read and a write position. The set of l itself does not grow meanwhile:
+// clauses move to sets of literals that are not false, and constraints may add watches to other literals
+// only.
+bool context::propagate_watched_clauses(literal l) {
+    literal const n = ~l;
+    watch_set& set = watches(l);
+    watch_entry* read = set.begin_clauses();
+    watch_entry* write = read;
+    watch_entry* const end = set.end_clauses();
+    std::uint32_t* words = m_clauses.words();
+    std::uint32_t* watch_xors = m_clauses.watch_xors();
+    signed char const* const values = m_assignment.data();
+    bool consistent = true;
+    while (read != end) {
+        watch_entry const entry = *read++;
+        if (!entry.is_clause()) [[unlikely]] {
+            bool keep = true;
+            try {
+                keep = entry.get_constraint()->propagate(this, l);
+            } catch (...) {
+                // The set is whole again, and l waits to be visited once more.
+                for (--read; read != end;) *write++ = *read++;
+                set.set_end_clauses(write);
+                --m_qhead;
+                throw;
+            }
+            if (keep) *write++ = entry;
+            words = m_clauses.words();
+            watch_xors = m_clauses.watch_xors();
+            if (!inconsistent()) continue;
+            consistent = false;
+            break;
+        }
+        std::uint32_t& watch_xor = watch_xors[entry.get_slot()];
+        literal const other = literal::from_index(static_cast<int>(watch_xor) ^ n.index());
+        signed char const other_value = values[other.index()];
+        if (other_value > 0) {
+            *write++ = entry;
+            continue;
+        }
+        clause_ref const ref = entry.get_clause();
+        clause& c = *reinterpret_cast<clause*>(words + ref);
+        literal* const lits = c.begin();
+        VEXOR_ASSERT((lits[0] == n && lits[1] == other) || (lits[0] == other && lits[1] == n));
+        literal* const lits_end = c.end();
+        literal* found = lits + 2;
+        while (found != lits_end && values[found->index()] < 0) ++found;
+        lits[0] = other;
+        if (found != lits_end) {
+            literal const next = *found;
+            lits[1] = next;
+            *found = n;
+            watch_xor = static_cast<std::uint32_t>(other.index() ^ next.index());
+            watches(~next).insert_clause(entry);
+            continue;
+        }
+        lits[1] = n;
+        *write++ = entry;
+        if (other_value < 0) {
+            set_conflict(gexplanation::mk_clause(ref));
+            consistent = false;
+            break;
+        }
+        assign_unassigned(other, gexplanation::mk_clause(ref));
+    }
+    if (write != read) {
+        while (read != end) *write++ = *read++;
+        set.set_end_clauses(write);
+    }
+    return consistent;
+}
+
+// Hands the assigned atoms to the theories in the order of their assignment and lets the e-graph propagate.
+bool context::propagate_non_boolean_constraints() {
+    for (unsigned i = 0; i < m_atom_queue.size(); ++i) {
+        literal const l = m_atom_queue[i];
+        bool_var_body const body = get_body(l.var());
+        if (body.tag() == bool_var_body::atom_body)
+            body.get_atom()->assigned_event(this, !l.sign());
+        else if (body.tag() == bool_var_body::equation_body && !body.is_null())
+            m_egraph->assigned_event(body.get_equation(), !l.sign());
+        if (inconsistent()) return false;
+    }
+    m_atom_queue.reset();
+    m_egraph->propagate();
+    return !inconsistent();
+}
+
+} // namespace vexor

@@ -1,0 +1,204 @@
+// The loops of the search: check, restarts, and one run between two restarts.
+#include "search/context.h"
+
+#include "base/diagnostics.h"
+#include "search/restart_schedule.h"
+#include "search/search_settings.h"
+
+#include <exception>
+#include <iostream>
+#include <utility>
+
+namespace vexor {
+
+// Frames one search: whatever leaves it, exceptions included, comes back to the scope where it began.
+class search_frame {
+public:
+    explicit search_frame(context& ctx)
+        : m_context(ctx)
+        , m_start_scope(ctx.m_scope_lvl)
+        , m_num_exceptions(std::uncaught_exceptions()) {
+        m_context.m_search_stopped.store(false, std::memory_order_relaxed);
+        m_context.m_in_search.store(true, std::memory_order_release);
+    }
+    search_frame(search_frame const&) = delete;
+    search_frame& operator=(search_frame const&) = delete;
+    ~search_frame() noexcept(false) {
+        m_context.m_in_search.store(false, std::memory_order_release);
+        if (std::uncaught_exceptions() == m_num_exceptions)
+            m_context.return_to_scope(m_start_scope);
+        else
+            m_context.abandon_to_scope(m_start_scope);
+    }
+    [[nodiscard]] unsigned start_scope() const { return m_start_scope; }
+
+private:
+    context& m_context;
+    unsigned m_start_scope;
+    int m_num_exceptions;
+};
+
+void context::return_to_scope(unsigned scope) {
+    if (m_scope_lvl > scope) backtrack(m_scope_lvl - scope, true, true);
+}
+
+// The way back while an exception passes: what reanalysis finds is left waiting for the next propagation.
+void context::abandon_to_scope(unsigned scope) {
+    if (m_scope_lvl > scope) backtrack(m_scope_lvl - scope, false, true);
+    m_egraph->reset_propagation_queue();
+}
+
+int context::check() {
+    m_unsat_core.reset();
+    m_validation_failed = false;
+    if (inconsistent()) return -1;
+    if (!type_correct()) return 0;
+    m_model.reset();
+    if (get_verbosity_level() > 0) std::cerr << "searching...\n";
+
+    // Assumption scopes never survive a check, nor does a conflict that rests on them.
+    struct base_frame {
+        context& m_context;
+        int m_num_exceptions = std::uncaught_exceptions();
+        ~base_frame() noexcept(false) {
+            if (std::uncaught_exceptions() == m_num_exceptions)
+                m_context.return_to_scope(m_context.m_base_lvl);
+            else
+                m_context.abandon_to_scope(m_context.m_base_lvl);
+        }
+    };
+    int result;
+    {
+        base_frame const frame{*this};
+        assert_extra_assumptions();
+        if (inconsistent()) {
+            if (m_failed_assumption != null_literal) m_unsat_core.push_back(m_failed_assumption.index());
+            return -1;
+        }
+        m_search_lvl = m_scope_lvl;
+        m_egraph->init_before_search();
+        result = search();
+        if (get_verbosity_level() > 0) std::cerr << "\n";
+    }
+    if (!type_correct()) return 0;
+    // A model of an incomplete theory proves nothing.
+    if (result == 1 && incomplete()) return 0;
+    return result;
+}
+
+int context::search() {
+    return search_core(g_restart_limit, static_cast<unsigned>(0.333 * m_num_input_clauses), true);
+}
+
+int context::search_core(unsigned conflict_limit, unsigned clause_limit, bool restart) {
+    int result = 0;
+    search_frame frame(*this);
+    restart_schedule schedule(conflict_limit, clause_limit, num_bool_vars());
+    while (keep_searching()) {
+        return_to_scope(frame.start_scope());
+        result = bounded_search(schedule.conflict_limit());
+        if (get_verbosity_level() > 0 && result == 0) std::cerr << "r" << std::flush;
+        schedule.next(num_bool_vars(), static_cast<unsigned>(0.333 * m_num_input_clauses));
+        if (!restart || result != 0) break;
+    }
+    finish_search(result);
+    return result;
+}
+
+void context::finish_search(int& result) {
+    if (keep_searching()) {
+        if (result != 1) return;
+        if (m_validate_model) {
+            std::cerr << " validating assignment... ";
+            m_validation_failed = !validate_assignment();
+            std::cerr << (m_validation_failed ? "failed\n" : "ok\n");
+        }
+        build_model();
+        if (!type_correct()) result = 0;
+        return;
+    }
+    result = 0;
+}
+
+void context::build_model() {
+    if (!g_build_model) return;
+    m_model.reset();
+    m_model.m_bool_assignment.resize(num_bool_vars(), 0);
+    for (unsigned var = first_bool_var; var < num_bool_vars(); ++var)
+        m_model.m_bool_assignment[var] = m_assignment[2 * var];
+    m_model.m_valid = true;
+    m_egraph->build_model(m_model);
+}
+
+// One run: 1 satisfiable, -1 unsatisfiable at the search level, 0 restart or stop. A limit of 0 never
+// restarts.
+int context::bounded_search(unsigned limit) {
+    if (inconsistent()) {
+        give_up_at_search_lvl();
+        return -1;
+    }
+    unsigned conflicts = 0;
+    bool unsat = false;
+    while (keep_searching()) {
+        if (!handle_conflicts(conflicts, unsat)) return unsat ? -1 : 0;
+        if (limit != 0 && conflicts > limit) {
+            ++m_stats.m_num_restarts;
+            return 0;
+        }
+        if (m_scope_lvl == 0) simplify_clauses();
+        if (decide()) continue;
+        if (m_egraph->final_check()) return 1;
+        if (!inconsistent()) continue;
+        m_atom_queue.reset();
+        if (!resolve_conflict()) return -1;
+    }
+    return 0;
+}
+
+// Propagates and resolves until nothing is left to propagate. False ends the run: unsat tells whether by a
+// refutation or by a stop.
+bool context::handle_conflicts(unsigned& conflicts, bool& unsat) {
+    while (!propagate_constraints()) {
+        ++conflicts;
+        if (!resolve_conflict()) {
+            unsat = true;
+            return false;
+        }
+        m_var_inc *= 1.052631;
+        if (!run_deletion_schedule()) return false;
+        if (m_progress_callback && (m_stats.m_num_conflicts & (m_progress_callback_interval - 1)) == 0)
+            m_progress_callback(*this);
+        if (!keep_searching()) return false;
+    }
+    return true;
+}
+
+// False if the search callback asked for a stop.
+bool context::run_deletion_schedule() {
+    if (!g_delete_irrelevant_learned_clauses || m_stats.m_num_conflicts % g_clause_deletion_frequency != 0)
+        return true;
+    remove_irrelevant_learned_clauses();
+    if (m_search_callback(this)) return true;
+    m_search_stopped.store(true, std::memory_order_relaxed);
+    return false;
+}
+
+void context::stop_the_search() {
+    if (m_in_search.load(std::memory_order_acquire)) m_search_stopped.store(true, std::memory_order_relaxed);
+}
+
+namespace {
+
+bool default_search_callback(context*) { return true; }
+
+} // namespace
+
+void context::remove_search_callback() { m_search_callback = default_search_callback; }
+
+void context::set_progress_callback(std::function<void(context&)> callback, unsigned interval) {
+    VEXOR_ASSERT(interval != 0 && (interval & (interval - 1)) == 0);
+    m_progress_callback = std::move(callback);
+    m_progress_callback_interval = interval;
+}
+
+} // namespace vexor

@@ -1,0 +1,28 @@
+// Settings of the search, plain globals shared by all contexts of the process.
+#pragma once
+
+namespace vexor {
+
+// Default phase of a decision: 0 false, 1 true, any other value random.
+extern int g_decision_polarity;
+// Turns the schedule that deletes learned clauses on, and with it the search callback.
+extern bool g_delete_irrelevant_learned_clauses;
+// Conflicts between two rounds of deletion.
+extern unsigned g_clause_deletion_frequency;
+// A learned clause with at least this activity is never deleted.
+extern unsigned g_head_activity;
+// Read by the limit of the activity, where its factor is 0 for every clause.
+extern unsigned g_tail_activity;
+// Unassigned literals that an old, and a recent learned clause may have and stay.
+extern unsigned g_head_relevancy;
+extern unsigned g_tail_relevancy;
+// The deletable range is cut into this many parts; the last one is the recent tail.
+extern unsigned g_head_tail_ratio;
+// With false a satisfiable answer leaves no model.
+extern bool g_build_model;
+// First conflict limit of a run; the schedule of the restarts grows from it.
+extern unsigned g_restart_limit;
+// Simplifies at scope 0 after each propagation, whatever it costs: for tests of rare paths.
+extern bool g_simplify_always;
+
+} // namespace vexor
