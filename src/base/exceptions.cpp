@@ -37,8 +37,11 @@ feature_not_implemented_exception::feature_not_implemented_exception(std::string
     m_message += ".";
 }
 
-cnf_exception::cnf_exception(std::string const& text)
-    : m_message("Invalid dimacs file: \"" + text + "\".") {}
+cnf_exception::cnf_exception(std::string const& file_name, unsigned long line, std::string const& reason)
+    : m_file_name(file_name)
+    , m_line(line)
+    , m_reason(reason)
+    , m_message("Invalid dimacs file: \"" + file_name + "\".") {}
 
 char const* specification_exception::what_core() const noexcept { return "Unspecified vexor exception."; }
 

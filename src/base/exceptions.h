@@ -59,14 +59,23 @@ private:
     std::string m_message;                 // the whole message
 };
 
-// A file in the DIMACS formats that cannot be read.
+// A file in the DIMACS formats that cannot be read. what() names the file alone; where and why reading ended
+// is kept beside it for callers that can show more.
 class cnf_exception : public vexor_exception {
 public:
-    explicit cnf_exception(std::string const& text);
+    // The line counts from 1; 0 where none is known, as for a file that cannot be opened.
+    explicit cnf_exception(std::string const& file_name, unsigned long line = 0,
+                           std::string const& reason = {});
     char const* what() const noexcept override { return m_message.c_str(); }
+    std::string const& get_file_name() const { return m_file_name; }
+    unsigned long get_line() const { return m_line; }
+    std::string const& get_reason() const { return m_reason; }
 
 private:
-    std::string m_message; // the whole message
+    std::string m_file_name; // as the caller gave it
+    unsigned long m_line;    // where reading ended, 0 for unknown
+    std::string m_reason;    // what was expected and what was found
+    std::string m_message;   // the whole message
 };
 
 // A fault at a place of the input. The message is the position, a blank and what_core().

@@ -9,7 +9,8 @@ namespace vexor_test {
 // A splitmix64 stream: small, fast, and the same on every platform, unlike the standard distributions.
 class random_stream {
 public:
-    explicit random_stream(std::uint64_t seed) : m_state(seed) {}
+    explicit random_stream(std::uint64_t seed)
+        : m_state(seed) {}
 
     std::uint64_t next() {
         std::uint64_t z = (m_state += 0x9e3779b97f4a7c15ull);

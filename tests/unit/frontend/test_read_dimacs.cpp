@@ -1,0 +1,137 @@
+// DIMACS files into a context, and the answers that come out.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sstream>
+
+#include "base/exceptions.h"
+#include "frontend/cnf_parser.h"
+#include "search/context.h"
+#include "support/check_model.h"
+#include "support/random.h"
+#include "support/run_program.h"
+
+using namespace vexor;
+
+namespace {
+
+void read(context& ctx, std::string const& text, bool max_sat = false) {
+    std::istringstream in(text);
+    read_dimacs(&ctx, in, "text", max_sat);
+}
+
+std::vector<int> values_of(context const& ctx, int num_vars) {
+    std::vector<int> values;
+    for (int var = 1; var <= num_vars; ++var) {
+        int value = ctx.get_model().value(var + 2);
+        if (value != 0) values.push_back(value * var);
+    }
+    return values;
+}
+
+std::string random_formula(vexor_test::random_stream& random) {
+    int vars = random.between(1, 14);
+    int clauses = random.between(0, vars * 6);
+    unsigned longest = 1 + random.below(4);
+    std::ostringstream text;
+    text << "p cnf " << vars << " " << clauses << "\n";
+    for (int i = 0; i < clauses; ++i) {
+        // Mostly of the longest length, since short clauses settle everything at once.
+        unsigned length = random.chance(85) ? longest : 1 + random.below(longest);
+        for (unsigned k = 0; k < length; ++k)
+            text << (random.chance(50) ? "-" : "") << random.between(1, vars) << " ";
+        text << "0\n";
+    }
+    return text.str();
+}
+
+} // namespace
+
+TEST(read_dimacs, variables_stand_behind_the_reserved_ones) {
+    context ctx;
+    read(ctx, "p cnf 3 2\n1 0\n-3 0\n");
+    EXPECT_EQ(6u, ctx.num_bool_vars());
+    EXPECT_EQ(1, ctx.value(literal(3)));
+    EXPECT_EQ(0, ctx.value(literal(4)));
+    EXPECT_EQ(-1, ctx.value(literal(5)));
+    // A second file gets variables of its own.
+    read(ctx, "p cnf 2 1\n-1 0\n");
+    EXPECT_EQ(8u, ctx.num_bool_vars());
+    EXPECT_EQ(-1, ctx.value(literal(6)));
+    EXPECT_EQ(1, ctx.check());
+}
+
+TEST(read_dimacs, ends_with_propagation) {
+    context ctx;
+    read(ctx, "p cnf 3 3\n1 0\n-1 2 0\n-1 -2 3 0\n");
+    EXPECT_EQ(1, ctx.value(literal(5)));
+    read(ctx, "p cnf 2 3\n1 2 0\n-1 0\n-2 0\n");
+    EXPECT_TRUE(ctx.inconsistent());
+    EXPECT_EQ(-1, ctx.check());
+}
+
+TEST(read_dimacs, an_empty_clause_is_a_conflict) {
+    context ctx;
+    read(ctx, "0");
+    EXPECT_TRUE(ctx.inconsistent());
+    EXPECT_EQ(-1, ctx.check());
+}
+
+TEST(read_dimacs, what_was_read_before_an_error_stays) {
+    context ctx;
+    EXPECT_THROW(read(ctx, "p cnf 2 3\n1 0\n-1 0\n3 0\n"), cnf_exception);
+    EXPECT_EQ(5u, ctx.num_bool_vars());
+    EXPECT_EQ(-1, ctx.check());
+}
+
+TEST(read_dimacs, files) {
+    vexor_test::temporary_file file("a.cnf", "p cnf 2 2\n1 2 0\n-1 0\n");
+    context ctx;
+    read_dimacs(&ctx, file.path().c_str(), false);
+    EXPECT_EQ(1, ctx.check());
+    std::ostringstream out;
+    ctx.get_model().display_dimacs(out);
+    EXPECT_EQ("-1 2\n", out.str());
+    try {
+        read_dimacs(&ctx, "/nowhere/a.cnf", false);
+        ADD_FAILURE();
+    } catch (cnf_exception const& error) {
+        EXPECT_STREQ("Invalid dimacs file: \"/nowhere/a.cnf\".", error.what());
+        EXPECT_EQ(0u, error.get_line());
+        EXPECT_EQ("the file cannot be read: No such file or directory", error.get_reason());
+    }
+    EXPECT_THROW(read_dimacs(&ctx, file.folder().c_str(), false), cnf_exception);
+}
+
+TEST(read_dimacs, weights_are_ignored_without_max_sat) {
+    context ctx;
+    read(ctx, "p wcnf 3 2 100\n10 1 -2 0\n100 -1 0\n");
+    EXPECT_EQ(6u, ctx.num_bool_vars());
+    EXPECT_EQ(1, ctx.check());
+    EXPECT_EQ(-1, ctx.get_model().value(4));
+}
+
+TEST(read_dimacs, random_formulas_agree_with_trying_all_assignments) {
+    unsigned satisfiable = 0, unsatisfiable = 0;
+    for (unsigned round = 0; round < vexor_test::rounds(1500); ++round) {
+        std::uint64_t seed = vexor_test::first_seed(1000) + round;
+        SCOPED_TRACE(seed);
+        vexor_test::random_stream random(seed);
+        std::string text = random_formula(random);
+        vexor_test::plain_cnf formula = vexor_test::read_plain_cnf(text);
+        int expected = vexor_test::brute_force(formula);
+        context ctx;
+        read(ctx, text);
+        int answer = ctx.check();
+        ASSERT_EQ(expected, answer) << text;
+        ++(answer > 0 ? satisfiable : unsatisfiable);
+        if (answer > 0) {
+            EXPECT_EQ("", vexor_test::check_model(formula, values_of(ctx, formula.num_vars))) << text;
+        }
+        // The question may be asked again.
+        EXPECT_EQ(expected, ctx.check());
+    }
+    // Formulas of one answer only would test half of the search.
+    EXPECT_GT(satisfiable, vexor_test::rounds(1500) / 5);
+    EXPECT_GT(unsatisfiable, vexor_test::rounds(1500) / 5);
+}
