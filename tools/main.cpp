@@ -1,6 +1,74 @@
-#include <cstdio>
+// The command line.
+#include <exception>
+#include <iostream>
+#include <string>
 
-int main() {
-    std::printf("vexor %s\n", VEXOR_VERSION);
-    return 0;
+#include "base/exceptions.h"
+#include "base/memory.h"
+#include "dimacs_command.h"
+#include "options.h"
+#include "stop_request.h"
+
+namespace {
+
+using namespace vexor_tool;
+
+constexpr int exit_error = 1;
+
+int run_file(options const& opts, std::string const& file) {
+    try {
+        if (format_of(opts, file) == input_format::native) {
+            throw vexor::feature_not_implemented_exception("files in vexor's own language");
+        }
+        return run_dimacs(opts, file);
+    } catch (vexor::cnf_exception const& error) {
+        std::cerr << error.what() << " ";
+        if (error.get_line() != 0) std::cerr << "line " << error.get_line() << ": ";
+        std::cerr << error.get_reason() << "\n";
+    } catch (std::exception const& error) {
+        std::cerr << error.what() << "\n";
+    }
+    return exit_error;
+}
+
+// A file name as part of one comment line.
+std::string printable(std::string name) {
+    for (char& c : name) {
+        if (static_cast<unsigned char>(c) < ' ') c = '?';
+    }
+    return name;
+}
+
+int run_files(options const& opts) {
+    int result = 0;
+    bool first = true;
+    bool failed = false;
+    for (std::string const& file : opts.m_files) {
+        if (opts.m_files.size() > 1) std::cout << "c " << printable(file) << std::endl;
+        int code = run_file(opts, file);
+        failed |= code == exit_error;
+        result = first || code == result ? code : 0;
+        first = false;
+        if (stop_requested() == stop_reason::signal) break;
+    }
+    return failed ? exit_error : result;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    vexor::setNewHandler();
+    try {
+        options opts = parse_options(argc, argv);
+        if (opts.m_help || opts.m_version) {
+            if (opts.m_version) std::cout << "vexor " << VEXOR_VERSION << "\n";
+            if (opts.m_help) print_help(std::cout);
+            return 0;
+        }
+        catch_stop_signals();
+        return run_files(opts);
+    } catch (usage_error const& error) {
+        std::cerr << "vexor: " << error.what() << "\n";
+        return exit_error;
+    }
 }

@@ -1,0 +1,93 @@
+#include "dimacs_command.h"
+
+#include <ios>
+#include <iostream>
+#include <stdexcept>
+#include <system_error>
+
+#include "base/exceptions.h"
+#include "dimacs_output.h"
+#include "frontend/cnf_parser.h"
+#include "input.h"
+#include "model_check.h"
+#include "progress.h"
+#include "search/context.h"
+#include "stop_request.h"
+
+namespace vexor_tool {
+
+namespace {
+
+// The work on one file: context, input and watch live exactly as long as it.
+class dimacs_run {
+public:
+    dimacs_run(options const& opts, std::string const& file)
+        : m_options(opts)
+        , m_watch(opts.m_timeout_seconds)
+        , m_input(file)
+        , m_max_sat(format_of(opts, file) == input_format::wcnf) {
+        m_watch.set_context(&m_context);
+    }
+
+    int run() {
+        int answer = decide();
+        m_watch.set_context(nullptr);
+        if (answer > 0 && m_options.m_validate) answer = validate();
+        print(answer);
+        return exit_code_of(answer);
+    }
+
+private:
+    int decide() {
+        try {
+            if (m_options.m_validate) m_input.make_repeatable();
+            vexor::read_dimacs(&m_context, m_input.stream(), m_input.name().c_str(), m_max_sat);
+        } catch (interrupted_exception const&) {
+            return 0;
+        }
+        m_num_vars = static_cast<int>(m_context.num_bool_vars()) - vexor::first_bool_var;
+        if (m_context.inconsistent()) return -1;
+        if (stop_requested() != stop_reason::none) return 0;
+        if (!m_options.m_quiet) show_progress(m_context);
+        return m_context.check();
+    }
+
+    // The answer that stands after the check: a stop while the file is read again leaves it open.
+    int validate() {
+        try {
+            m_input.rewind();
+            if (satisfies_file(m_context.get_model(), m_input.stream(), m_input.name().c_str())) return 1;
+        } catch (interrupted_exception const&) {
+            return 0;
+        }
+        throw std::runtime_error("the assignment found does not satisfy the file");
+    }
+
+    void print(int answer) {
+        print_status(std::cout, answer);
+        if (answer > 0 && m_options.m_print_model) print_values(std::cout, m_context.get_model(), m_num_vars);
+        if (m_options.m_stats || stop_requested() == stop_reason::signal) {
+            m_context.get_statistics().display(std::cout, "c ");
+        }
+        std::cout.flush();
+    }
+
+    options const& m_options;
+    vexor::context m_context;
+    stop_watch m_watch; // ends before the context
+    input m_input;
+    bool m_max_sat;     // weights are prices
+    int m_num_vars = 0; // of the file
+};
+
+} // namespace
+
+int run_dimacs(options const& opts, std::string const& file) {
+    try {
+        return dimacs_run(opts, file).run();
+    } catch (std::system_error const& error) {
+        throw vexor::cnf_exception(file, 0, "the file cannot be read: " + error.code().message());
+    }
+}
+
+} // namespace vexor_tool
