@@ -54,7 +54,7 @@ public:
     void add_global_const_decl(const_decl* d, bool owned);
 
     // The owned declarations in scope, oldest first.
-    ptr_vector<decl> const& get_decls() const;
+    shared_ptr_vector<decl> const& get_decls() const;
     unsigned num_const_names() const;
     unsigned num_type_names() const;
 
@@ -66,11 +66,12 @@ public:
     type_name* create_int_type(int pos = -1);
     type_name* create_nat_type(int pos = -1);
     // The shared name expressions of the predefined constants, for example mk_true() and mk_name<and_decl>().
-    expr* mk_true() { return mk_shared_name(m_true_decl); }
-    expr* mk_false() { return mk_shared_name(m_false_decl); }
+    expr* mk_true() { return mk_shared_name(m_true, m_true_decl); }
+    expr* mk_false() { return mk_shared_name(m_false, m_false_decl); }
     template <class D>
     expr* mk_name() {
-        return mk_shared_name(get_builtin<D>());
+        op_index i = index_of(static_cast<D const*>(nullptr));
+        return mk_shared_name(m_op_names[i], m_ops[i]);
     }
     // The predefined declaration of class D, for example get_builtin<and_decl>().
     template <class D>
@@ -110,15 +111,20 @@ public:
     void* allocate_cell(std::size_t bytes) { return m_store->allocate(bytes); }
 
 private:
-    expr* mk_shared_name(const_decl* d);
+    static expr* mk_shared_name(shared_ptr<name_expr>& cache, const_decl* d);
+    static type_name* mk_shared_type(shared_ptr<type_name>& cache, type_decl* d);
+    void drop_everything();
+    void break_cycles();
+
+    // The predefined world, in predefined.cpp.
     void declare_predefined();
     void create_bool_type_decl();
     void create_nat_type_decl();
+    template <class T>
+    T* create_predicate_type_decl(char const* name, const_decl* pred);
     void create_operators(op_signature signature);
     shared_ptr<type> operator_type(op_signature signature);
-    void break_cycles();
-    void drop_everything();
-    unsigned first_builtin(op_signature signature) const;
+    void create_bv_operators();
 
     enum op_index : unsigned {
 #define VEXOR_OP(X, TEXT, SIGNATURE, FAMILY) X##_index,
@@ -146,6 +152,7 @@ private:
     shared_ptr<type_name> m_real_type;
     shared_ptr<type_name> m_int_type;
     shared_ptr<type_name> m_nat_type;
+    shared_ptr<type_name> m_any_type;
     shared_ptr<name_expr> m_op_names[num_ops]; // shared names of the operators, null until needed
     shared_ptr<name_expr> m_true;              // shared names of the constants, null until needed
     shared_ptr<name_expr> m_false;

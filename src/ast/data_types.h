@@ -17,6 +17,7 @@ public:
     // Creates the element declarations; their type is a name of d.
     scalar_type(type_decl* d, identifier* const* ids, unsigned n, int pos);
     ~scalar_type() override;
+    bool is_nominal() const override { return true; }
     // This: scalar types are nominal.
     shared_ptr<type> clone() const override;
 
@@ -40,6 +41,7 @@ public:
     ~datatype() override;
     // Runs constructor_decl::setup on each constructor with its index.
     void setup();
+    bool is_nominal() const override { return true; }
     // This: datatypes are nominal.
     shared_ptr<type> clone() const override;
 
@@ -79,7 +81,6 @@ public:
     type* cast_step() override;
     shared_ptr<type> clone() const override;
     shared_ptr<subtype> clone(var_decl* d, expr* pred) const;
-    void reset_cache() override;
 
     var_decl* get_decl() const { return m_decl.get(); }
     expr* get_pred() const { return m_pred.get(); }

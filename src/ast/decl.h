@@ -96,7 +96,6 @@ public:
 
     expr* get_definition() const { return m_definition.get(); }
     void set_definition(expr* e);
-    void reset_cache() override;
 
 private:
     shared_ptr<expr> m_definition; // what the variable stands for
@@ -122,9 +121,11 @@ public:
     // with variables of its own: substitution relies on two uses never binding the same variable.
     shared_ptr<expr> get_definition();
     void set_definition(expr* e);
-    // Does the definition mention the declaration?
+    // Does the definition mention the declaration, itself or through other definitions?
     bool is_recursive();
-    void reset_cache() override;
+    // For find_recursive_definitions.
+    bool knows_recursion() const { return m_recursive != not_known; }
+    void settle_recursion(bool recursive) { m_recursive = recursive ? yes : no; }
 
 private:
     enum : unsigned char { not_known = 0, yes = 1, no = 3 };
@@ -148,7 +149,6 @@ public:
     // Null while being defined and for an uninterpreted type.
     type* get_definition() const { return m_definition.get(); }
     void set_definition(type* t);
-    void reset_cache() override;
 
 private:
     shared_ptr<type> m_definition; // see get_definition

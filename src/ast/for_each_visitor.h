@@ -35,7 +35,6 @@ public:
     void visit(subtype* n) override;
     void visit(subrange* n) override;
     void visit(record_entry* n) override;
-    void visit(application* n) override;
     void visit(expr* fun, application* a) override;
     void visit(binding_expr* n) override;
     void visit(let_expr* n) override;

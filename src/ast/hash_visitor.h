@@ -55,8 +55,6 @@ public:
     void visit(function_type* n) override;
     void visit(tuple_type* n) override;
     void visit(record_type* n) override;
-    void visit(scalar_type* n) override;
-    void visit(datatype* n) override;
     void visit(bitvector_type* n) override;
     void visit(subtype* n) override;
     void visit(subrange* n) override;
@@ -88,6 +86,8 @@ private:
     void fold(unsigned h) { m_result = m_result * 3 + h; }
     template <class T>
     void fold_all(child_array<T> const& children);
+    template <class T>
+    void fold_binders(child_array<T> const& binders, scope& s);
     void fold_name(ustring const& name);
 
     env m_env;                                         // number of each bound variable

@@ -12,9 +12,6 @@ public:
     bool operator()(ast const* a);
 
     using ast_visitor::visit;
-    void visit(expr* n) override;
-    void visit(expr* fun, application* a) override;
-    void visit(ite_name_expr* fun, application* a) override;
     void visit(type_name* n) override;
     void visit(subtype* n) override;
 

@@ -102,9 +102,18 @@ protected:
     void keep(ast* n) { m_result = n; }
     // Leaves in m_result what the environment says about the name.
     void apply_subst(name_expr* n);
-    // Maps the variables of a binder one by one and enters their images; true when one changed.
+    // Maps the variables of a binder one by one and enters their images in the current scope; true when one
+    // changed.
     template <class T>
-    bool map_bindings(child_array<T> const& bindings, shared_ptr_vector<T>& images);
+    bool map_bindings(child_array<T> const& bindings, shared_ptr_vector<T>& images) {
+        bool changed = false;
+        for (T* d : bindings) {
+            shared_ptr<var_decl> image = map_binding(d);
+            changed |= image.get() != d;
+            images.push_back(static_cast<T*>(image.get()));
+        }
+        return changed;
+    }
     shared_ptr<var_decl> map_binding(var_decl* d);
     // Maps all children; true when one changed.
     template <class T>

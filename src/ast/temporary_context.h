@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ast/nodes.h"
+#include "base/hash_table.h"
 #include "base/shared_ptr.h"
 
 namespace vexor {

@@ -13,6 +13,9 @@ public:
     virtual bool is_function_type() const { return false; }
     // A new node of the same class with the same children.
     virtual shared_ptr<type> clone() const = 0;
+    virtual type_name* as_type_name() { return nullptr; }
+    // Is a name for this type a type of its own?
+    virtual bool is_nominal() const { return false; }
     // The next type on the walk of cast_type, null at its end.
     virtual type* cast_step() { return nullptr; }
 
@@ -32,6 +35,7 @@ public:
     ast* eq_norm() override;
     ast* compatible_norm() override;
     shared_ptr<type> clone() const override;
+    type_name* as_type_name() override { return this; }
     type* cast_step() override { return get_definition(); }
 
     type_decl* get_decl() const { return m_decl.get(); }
@@ -60,6 +64,9 @@ public:
         shared_ptr<type> clone() const override;                                                             \
     };
 #include "ast/builtin_types.def"
+
+// What compatible_norm of a name or a subtype gives.
+ast* compatible_representative(type* t);
 
 // Walks from t to the type of the given class: a type_name leads to its definition, a subtype to the type of
 // its variable. Null when the walk ends elsewhere.

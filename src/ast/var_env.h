@@ -72,6 +72,10 @@ public:
         return b == nullptr ? nullptr : &b->m_value;
     }
     bool empty() const { return m_bindings.empty(); }
+    template <class F>
+    void for_each(F f) const {
+        for (auto const& e : m_bindings) f(e.m_key, e.m_value.m_value);
+    }
 
     // What is being computed depends on something that lives as long as the scope of this level.
     void depend_on(unsigned level) { m_dependencies.insert(level); }
