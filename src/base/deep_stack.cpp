@@ -28,6 +28,7 @@
 #ifdef VEXOR_ASAN
 #include <sanitizer/asan_interface.h>
 #include <sanitizer/common_interface_defs.h>
+#include <sanitizer/lsan_interface.h>
 #endif
 
 // void vexor_call_on_stack(void* top, void (*function)(void*), void* argument): calls the function with the
@@ -209,6 +210,8 @@ void trampoline(void* argument) {
     auto* call = static_cast<stack_call*>(argument);
 #ifdef VEXOR_ASAN
     __sanitizer_finish_switch_fiber(nullptr, &call->m_caller_low, &call->m_caller_size);
+    // If the process ends from here, what the caller's stack points to is no leak.
+    __lsan_register_root_region(call->m_caller_low, call->m_caller_size);
 #endif
     try {
         call->m_function(call->m_argument);
@@ -218,6 +221,7 @@ void trampoline(void* argument) {
         call->m_exception = std::current_exception();
     }
 #ifdef VEXOR_ASAN
+    __lsan_unregister_root_region(call->m_caller_low, call->m_caller_size);
     __sanitizer_start_switch_fiber(nullptr, call->m_caller_low, call->m_caller_size);
 #endif
 }
@@ -252,8 +256,10 @@ void run_on_mapping(stack_call& call) {
 #ifdef VEXOR_ASAN
     __sanitizer_finish_switch_fiber(fake_stack, nullptr, nullptr);
     // After an exception from far below, the sanitizer may leave marks of frames that are gone.
-    if (mark.went_deeper())
-        ASAN_UNPOISON_MEMORY_REGION(t_stack.m_low + guard_size, t_stack.m_size - guard_size);
+    if (mark.went_deeper()) {
+        char* low = reinterpret_cast<char*>(t_soft_limit - reserve);
+        ASAN_UNPOISON_MEMORY_REGION(low, static_cast<std::size_t>(top - low));
+    }
 #endif
     if (mark.went_deeper())
         madvise(t_stack.m_low + guard_size, t_stack.m_size - guard_size - kept, MADV_DONTNEED);

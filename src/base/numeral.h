@@ -32,7 +32,7 @@ public:
 
     constexpr numeral() = default;
     template <std::integral T>
-    constexpr numeral(T value) {
+    requires(!std::same_as<T, bool>) constexpr numeral(T value) {
         if (is_fixnum_value(value))
             m_num = static_cast<int>(value);
         else

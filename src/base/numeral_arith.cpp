@@ -114,7 +114,8 @@ numeral::numeral(mpq_srcptr value) {
     if (mpz_sgn(mpq_denref(value)) == 0) throw division_by_zero_exception();
     numeral_pool::init();
     mpq_ptr q = numeral_pool::scratch(0);
-    mpq_set(q, value);
+    mpz_set(mpq_numref(q), mpq_numref(value)); // mpq_set would misread a negative denominator
+    mpz_set(mpq_denref(q), mpq_denref(value));
     mpq_canonicalize(q);
     if (mpz_fits_slong_p(mpq_numref(q)) && mpz_fits_slong_p(mpq_denref(q))) {
         set_reduced(mpz_get_si(mpq_numref(q)), mpz_get_si(mpq_denref(q)));
