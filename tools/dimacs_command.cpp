@@ -2,8 +2,11 @@
 
 #include <ios>
 #include <iostream>
+#include <memory>
+#include <optional>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 #include "base/exceptions.h"
 #include "dimacs_output.h"
@@ -18,24 +21,34 @@ namespace vexor_tool {
 
 namespace {
 
+// Debug builds destroy everything, so that leaks and faults of destructors are found.
+#ifdef VEXOR_DEBUG
+constexpr bool takes_everything_apart = true;
+#else
+constexpr bool takes_everything_apart = false;
+#endif
+
 // The work on one file: context, input and watch live exactly as long as it.
 class dimacs_run {
 public:
     dimacs_run(options const& opts, std::string const& file)
         : m_options(opts)
-        , m_watch(opts.m_timeout_seconds)
+        , m_watch(std::in_place, opts.m_timeout_seconds)
         , m_input(file)
         , m_max_sat(format_of(opts, file) == input_format::wcnf) {
-        m_watch.set_context(&m_context);
+        m_watch->set_context(&m_context);
     }
 
     int run() {
         int answer = decide();
-        m_watch.set_context(nullptr);
+        m_watch->set_context(nullptr);
         if (answer > 0 && m_options.m_validate) answer = validate();
         print(answer);
         return exit_code_of(answer);
     }
+
+    // For an object that is not destroyed: the watch must not outlive the work.
+    void end_watch() { m_watch.reset(); }
 
 private:
     int decide() {
@@ -74,7 +87,7 @@ private:
 
     options const& m_options;
     vexor::context m_context;
-    stop_watch m_watch; // ends before the context
+    std::optional<stop_watch> m_watch; // ends before the context
     input m_input;
     bool m_max_sat;     // weights are prices
     int m_num_vars = 0; // of the file
@@ -82,9 +95,12 @@ private:
 
 } // namespace
 
-int run_dimacs(options const& opts, std::string const& file) {
+int run_dimacs(options const& opts, std::string const& file, bool last_file) {
     try {
-        return dimacs_run(opts, file).run();
+        auto work = std::make_unique<dimacs_run>(opts, file);
+        int code = work->run();
+        if (last_file && !takes_everything_apart) work.release()->end_watch();
+        return code;
     } catch (std::system_error const& error) {
         throw vexor::cnf_exception(file, 0, "the file cannot be read: " + error.code().message());
     }

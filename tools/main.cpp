@@ -15,12 +15,12 @@ using namespace vexor_tool;
 
 constexpr int exit_error = 1;
 
-int run_file(options const& opts, std::string const& file) {
+int run_file(options const& opts, std::string const& file, bool last_file) {
     try {
         if (format_of(opts, file) == input_format::native) {
             throw vexor::feature_not_implemented_exception("files in vexor's own language");
         }
-        return run_dimacs(opts, file);
+        return run_dimacs(opts, file, last_file);
     } catch (vexor::cnf_exception const& error) {
         std::cerr << error.what() << " ";
         if (error.get_line() != 0) std::cerr << "line " << error.get_line() << ": ";
@@ -45,7 +45,7 @@ int run_files(options const& opts) {
     bool failed = false;
     for (std::string const& file : opts.m_files) {
         if (opts.m_files.size() > 1) std::cout << "c " << printable(file) << std::endl;
-        int code = run_file(opts, file);
+        int code = run_file(opts, file, &file == &opts.m_files.back());
         failed |= code == exit_error;
         result = first || code == result ? code : 0;
         first = false;

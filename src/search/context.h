@@ -77,6 +77,12 @@ public:
     // trivially true, a unit, binary or empty. A clause that is false sets the conflict: test inconsistent()
     // afterwards.
     clause_ref create_clause_core(svector<literal> const& lits, clause_kind kind);
+    // Brings what create_clause_core reads of l near. A reader of millions of clauses calls it some clauses
+    // ahead.
+    void prefetch(literal l) const {
+        __builtin_prefetch(&m_assignment[static_cast<unsigned>(l.index())]);
+        __builtin_prefetch(&m_watches[static_cast<unsigned>((~l).index())]);
+    }
     // Problem clauses of two and three literals.
     void create_auxiliary_clause(literal a, literal b);
     void create_auxiliary_clause(literal a, literal b, literal c);
