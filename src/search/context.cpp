@@ -64,6 +64,7 @@ void context::reset() {
     m_activity.reset();
     m_bool_var_bodies.reset();
     m_marks.reset();
+    m_last_phase.reset();
     m_has_atom.reset();
     m_var_heap.reset();
     m_var_inc = 1.0;

@@ -344,6 +344,7 @@ private:
     svector<double> m_activity;         // by variable
     svector<bool_var_body> m_bool_var_bodies; // by variable
     bitvector m_marks;                        // by variable: scratch of analysis, clear between analyses
+    bitvector m_last_phase;                   // by variable: its value before it was last unassigned
     bitvector m_has_atom;                     // by variable: the body has theory content
     heap<var_lt> m_var_heap;                  // every unassigned variable from 3 on, by activity
     double m_var_inc = 1.0;                   // what a bump adds; grows instead of the activities decaying

@@ -55,6 +55,10 @@ bool context::choose_phase(int var) {
         return false;
     case 1:
         return true;
+    case alternating_polarity:
+        return (m_stats.m_num_restarts & 1) != 0 && m_last_phase.get(static_cast<unsigned>(var));
+    case saved_polarity:
+        return m_last_phase.get(static_cast<unsigned>(var));
     default:
         return m_random.coin();
     }

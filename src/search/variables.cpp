@@ -29,6 +29,7 @@ int context::create_bool_var_core(bool_var_body body) {
     m_activity.push_back(0.0);
     m_bool_var_bodies.push_back(body);
     m_marks.push_back(false);
+    m_last_phase.push_back(false);
     m_has_atom.push_back(body.has_atom());
     m_var_heap.set_bounds(n + 1);
     if (var >= first_bool_var) m_var_heap.insert(var);
@@ -67,6 +68,7 @@ void context::remove_bool_var() {
     m_activity.pop_back();
     m_bool_var_bodies.pop_back();
     m_marks.pop_back();
+    m_last_phase.pop_back();
     m_has_atom.pop_back();
 }
 
