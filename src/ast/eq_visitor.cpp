@@ -91,9 +91,9 @@ void eq_visitor::visit(decl* n) { m_result = n == m_other; }
 
 void eq_visitor::visit(var_decl* n) { m_result = compare(n->get_type(), other<var_decl>()->get_type()); }
 
+// The definition decides: a type that the source does not give appears only when somebody asks for it.
 void eq_visitor::visit(let_decl* n) {
-    auto* o = other<let_decl>();
-    m_result = compare(n->get_type(), o->get_type()) && compare(n->get_definition(), o->get_definition());
+    m_result = compare(n->get_definition(), other<let_decl>()->get_definition());
 }
 
 void eq_visitor::visit(field* n) {

@@ -73,10 +73,7 @@ void hash_visitor::visit(decl* n) { fold_name(n->get_name()); }
 // The name of a bound variable does not count.
 void hash_visitor::visit(var_decl* n) { fold(accept(n->get_type())); }
 
-void hash_visitor::visit(let_decl* n) {
-    fold(accept(n->get_type()));
-    fold(accept(n->get_definition()));
-}
+void hash_visitor::visit(let_decl* n) { fold(accept(n->get_definition())); }
 
 void hash_visitor::visit(field* n) {
     fold_name(n->get_name());

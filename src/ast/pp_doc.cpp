@@ -36,6 +36,16 @@ void print_text(layout_context& ctx, std::string const& text) {
     ctx.m_out << text;
 }
 
+shared_ptr<doc> const& left_paren() {
+    static shared_ptr<doc> const result(new text_doc("("));
+    return result;
+}
+
+shared_ptr<doc> const& right_paren() {
+    static shared_ptr<doc> const result(new text_doc(")"));
+    return result;
+}
+
 void print_blanks(std::ostream& out, int n) {
     static constexpr char blanks[] = "                                                                ";
     constexpr int chunk = sizeof(blanks) - 1;
@@ -99,7 +109,7 @@ shared_ptr<doc> composite_doc::flatten_children() const {
     return on_deep_stack([&]() -> shared_ptr<doc> {
         check_depth();
         shared_ptr<composite_doc> result = composite();
-        result->m_children.reserve(m_children.size());
+        result->reserve(m_children.size());
         for (shared_ptr<doc> const& child : m_children) result->push_back(child->flatten());
         return result;
     });
@@ -140,7 +150,7 @@ void choice_doc::display_core(layout_context& ctx, int indent) const {
     chosen->display_core(ctx, indent);
 }
 
-shared_ptr<doc> nil() {
+shared_ptr<doc> const& nil() {
     static shared_ptr<doc> const result(new nil_doc);
     return result;
 }
@@ -149,7 +159,7 @@ shared_ptr<doc> text(std::string t) { return new text_doc(std::move(t)); }
 
 shared_ptr<doc> bdoc(int n) { return text(std::string(static_cast<std::size_t>(std::max(n, 0)), ' ')); }
 
-shared_ptr<doc> endl() {
+shared_ptr<doc> const& endl() {
     static shared_ptr<doc> const result(new line_break);
     return result;
 }
@@ -178,23 +188,26 @@ std::ostream& operator<<(std::ostream& out, doc const& d) {
     return out;
 }
 
+// Both sequences are the most frequent documents of all: their parentheses are shared.
 shared_ptr<doc> pp_seq_style1(std::vector<shared_ptr<doc>> const& elements, int indent) {
     shared_ptr<composite_doc> seq = indented(indent);
-    seq << "(";
+    seq->reserve(2 * elements.size() + 1);
+    seq << left_paren();
     for (std::size_t i = 0; i < elements.size(); ++i) {
         if (i > 0) seq << endl();
         seq << elements[i];
     }
-    seq << ")";
+    seq << right_paren();
     return group(seq);
 }
 
 shared_ptr<doc> pp_seq_style2(shared_ptr<doc> const& head, std::vector<shared_ptr<doc>> const& rest,
                               int indent) {
     shared_ptr<composite_doc> seq = indented(indent);
-    seq << "(" << head;
+    seq->reserve(2 * rest.size() + 3);
+    seq << left_paren() << head;
     for (shared_ptr<doc> const& element : rest) seq << endl() << element;
-    seq << ")";
+    seq << right_paren();
     return group(seq);
 }
 

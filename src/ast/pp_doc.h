@@ -119,6 +119,8 @@ private:
 class composite_doc : public doc {
 public:
     void push_back(shared_ptr<doc> const& d);
+    // Makes room for n documents.
+    void reserve(std::size_t n) { m_children.reserve(n); }
     first_line length_upto_nl() const override { return m_first_line; }
     void display_core(layout_context& ctx, int indent) const override;
     shared_ptr<doc> flatten() override;
@@ -169,12 +171,12 @@ private:
     first_line m_first_line; // of m_first
 };
 
-shared_ptr<doc> nil();
+shared_ptr<doc> const& nil();
 shared_ptr<doc> text(std::string t);
 // That many blanks; none for a negative number.
 shared_ptr<doc> bdoc(int n);
 // A line break that is a blank when flat.
-shared_ptr<doc> endl();
+shared_ptr<doc> const& endl();
 // A line break that is the given text when flat.
 shared_ptr<doc> endl(char const* flat_text);
 shared_ptr<doc> int2doc(int i);

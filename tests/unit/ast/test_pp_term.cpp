@@ -288,9 +288,10 @@ TEST_F(pp_term, deep_terms) {
         for (ast* n : std::initializer_list<ast*>{negation.get(), sum.get(), left_sum.get(),
                                                   nested_type.get(), left_type.get(), nested_tuple.get()}) {
             EXPECT_EQ(parens(displayed(n)), depth);
-            EXPECT_EQ(parens(as_dag(n)), depth);
-            EXPECT_EQ(parens(as_dag(n, true)), depth);
         }
+        EXPECT_EQ(parens(as_dag(sum)), depth);
+        EXPECT_EQ(parens(as_dag(left_sum, true)), depth);
+        EXPECT_EQ(parens(as_dag(left_type)), depth);
         EXPECT_EQ(parens(displayed(nested_let)), 3 * depth);
         EXPECT_EQ(parens(displayed(definitions)), 3 * depth);
     });

@@ -282,6 +282,23 @@ TEST_F(type_of, let_gives_its_variables_the_types_of_their_definitions) {
     EXPECT_EQ(type_text(t.let({}, t.num("1"))), "int");
 }
 
+// The type that a let variable is given on the way does not change what the let is equal to.
+TEST_F(type_of, typing_a_let_keeps_it_equal_to_its_copies) {
+    auto make_let = [this] {
+        let_decl* x = t.let_variable("x", nullptr, t.op("+", {t.num("1"), t.num("2")}));
+        return t.let({x}, t.op("*", {t.use(x), t.use(x)}));
+    };
+    expr* hashed_first = make_let();
+    unsigned hash = hashed_first->hash();
+    expr* typed_first = make_let();
+    EXPECT_EQ(type_text(typed_first), "int");
+    EXPECT_EQ(typed_first->hash(), hash);
+    EXPECT_TRUE(typed_first->equals(hashed_first));
+    EXPECT_TRUE(hashed_first->equals(typed_first));
+    hashed_first->get_type();
+    EXPECT_TRUE(hashed_first->equals(make_let()));
+}
+
 TEST_F(type_of, dependent_types_are_instantiated) {
     // f::(-> n::nat (subrange 0 n)): (f 5) is of type (subrange 0 5).
     var_decl* n = t.variable("n", t.nat_type());
