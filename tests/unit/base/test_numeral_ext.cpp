@@ -35,7 +35,7 @@ TEST(numeral_ext_test, scaling_by_an_own_component) {
     x /= x.get_real();
     EXPECT_EQ(x, numeral_ext(1, numeral(15) / 9));
     x += x;
-    x -= x;
+    x -= *&x;
     EXPECT_TRUE(x.is_zero());
 }
 

@@ -157,7 +157,7 @@ TEST_F(numeral_random_test, an_operand_that_is_the_result) {
         mpq_add(r.get(), a.m_rational.get(), a.m_rational.get());
         expect_same(n, r, "a += a");
         n = a.m_numeral;
-        n -= n;
+        n -= *&n;
         expect_same(n, rational(), "a -= a");
         n = a.m_numeral;
         n *= n;
@@ -165,7 +165,7 @@ TEST_F(numeral_random_test, an_operand_that_is_the_result) {
         expect_same(n, r, "a *= a");
         n = a.m_numeral;
         if (!n.is_zero()) {
-            n /= n;
+            n /= *&n;
             mpq_set_si(r.get(), 1, 1);
             expect_same(n, r, "a /= a");
         }
@@ -175,11 +175,11 @@ TEST_F(numeral_random_test, an_operand_that_is_the_result) {
         n = std::move(*&n);
         expect_same(n, a.m_rational, "a = move(a)");
         if (!n.is_int()) return;
-        n |= n;
-        n &= n;
+        n |= *&n;
+        n &= *&n;
         expect_same(n, a.m_rational, "a |= a, a &= a");
         EXPECT_EQ(gcd(n, n), abs(n));
-        n ^= n;
+        n ^= *&n;
         expect_same(n, rational(), "a ^= a");
     });
 }
