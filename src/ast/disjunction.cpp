@@ -84,8 +84,12 @@ void make_true(ptr_vector<expr>& args, ast_manager* m, shared_ptr_vector<ast>& k
 }
 
 void insert_leaf(ptr_vector<expr>& args, expr* e, shared_ptr_vector<ast>& keep) {
-    if (is_false(e)) return;
-    if (is_true(e)) return make_true(args, e->get_manager(), keep);
+    bool negated;
+    expr* atom = strip_not(e, negated);
+    if (is_true(atom) || is_false(atom)) {
+        if (is_true(atom) != negated) make_true(args, e->get_manager(), keep);
+        return;
+    }
     for (expr* a : args) {
         relation r = compare(a, e);
         if (r == relation::same) return;

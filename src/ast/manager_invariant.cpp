@@ -40,15 +40,15 @@ private:
 // The const_decls and types of the tables stand under their own names, and each name of an owned declaration
 // is there.
 void check_names(ast_manager_imp const& imp) {
-    for (auto const& e : imp.m_const_decls) VEXOR_ASSERT(e.m_key == e.m_value->get_name());
-    for (auto const& e : imp.m_type_decls) VEXOR_ASSERT(e.m_key == e.m_value->get_name());
+    for ([[maybe_unused]] auto const& e : imp.m_const_decls) VEXOR_ASSERT(e.m_key == e.m_value->get_name());
+    for ([[maybe_unused]] auto const& e : imp.m_type_decls) VEXOR_ASSERT(e.m_key == e.m_value->get_name());
     for (decl* d : imp.m_decls) {
         if (d->is_type_decl())
             VEXOR_ASSERT(*imp.m_type_decls.find(d->get_name()) == d);
         else
             VEXOR_ASSERT(*imp.m_const_decls.find(d->get_name()) == d);
     }
-    unsigned last = 0;
+    [[maybe_unused]] unsigned last = 0;
     for (unsigned size : imp.m_scopes) {
         VEXOR_ASSERT(last <= size && size <= imp.m_decls.size());
         last = size;
@@ -72,16 +72,16 @@ void ast_manager::check_invariant() const {
     m_store->for_each_live([&](void* cell) {
         auto* n = static_cast<ast*>(cell);
         VEXOR_ASSERT(n->get_manager() == this);
-        unsigned const* count = references.find(n);
+        [[maybe_unused]] unsigned const* count = references.find(n);
         VEXOR_ASSERT(n->get_ref_count() >= (count == nullptr ? 0 : *count));
         auto* d =
             n->is_decl() && !static_cast<decl*>(n)->is_type_decl() ? static_cast<var_decl*>(n) : nullptr;
         if (d == nullptr) return;
-        unsigned const* num_names = names.find(d);
+        [[maybe_unused]] unsigned const* num_names = names.find(d);
         VEXOR_ASSERT(d->get_num_name_exprs() == (num_names == nullptr ? 0 : *num_names));
     });
     check_names(*m_imp);
-    for (const_decl* d : m_ops) VEXOR_ASSERT(find_const_decl(d->get_name()) == d);
+    for ([[maybe_unused]] const_decl* d : m_ops) VEXOR_ASSERT(find_const_decl(d->get_name()) == d);
 }
 
 } // namespace vexor

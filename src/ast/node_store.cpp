@@ -172,7 +172,7 @@ std::size_t node_store::reserved_bytes() const {
 
 void node_store::check_invariant() const {
     std::size_t counted = 0;
-    for_each_live([&](void* cell) {
+    for_each_live([&]([[maybe_unused]] void* cell) {
         ++counted;
         VEXOR_ASSERT(chunk_of(cell)->m_store == this);
     });
