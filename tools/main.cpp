@@ -7,6 +7,7 @@
 #include "base/memory.h"
 #include "dimacs_command.h"
 #include "options.h"
+#include "parse_command.h"
 #include "stop_request.h"
 
 namespace {
@@ -17,6 +18,7 @@ constexpr int exit_error = 1;
 
 int run_file(options const& opts, std::string const& file, bool last_file) {
     try {
+        if (opts.m_parse) return run_parse(opts, file);
         if (format_of(opts, file) == input_format::native) {
             throw vexor::feature_not_implemented_exception("files in vexor's own language");
         }

@@ -19,6 +19,7 @@ struct option_row {
     char const* m_argument; // its name in the help, null if the option takes none
     char const* m_help;
     void (*m_apply)(options& opts, std::string const& argument);
+    bool m_argument_optional = false; // given as "--name=value" only, else the argument is empty
 };
 
 [[noreturn]] void bad_argument(char const* option, char const* expected, std::string const& got) {
@@ -34,6 +35,16 @@ void apply_format(options& opts, std::string const& argument) {
         opts.m_format = input_format::native;
     } else {
         bad_argument("--format", "cnf, wcnf or native", argument);
+    }
+}
+
+void apply_print(options& opts, std::string const& argument) {
+    if (argument.empty() || argument == "tree") {
+        opts.m_print_terms = print_terms::tree;
+    } else if (argument == "dag") {
+        opts.m_print_terms = print_terms::dag;
+    } else {
+        bad_argument("--print", "tree or dag", argument);
     }
 }
 
@@ -65,10 +76,16 @@ option_row const g_table[] = {
     {"--help", "-h", nullptr, "print this text", [](options& o, std::string const&) { o.m_help = true; }},
     {"--no-model", nullptr, nullptr, "print no assignment behind a satisfiable answer",
      [](options& o, std::string const&) { o.m_print_model = false; }},
+    {"--parse", nullptr, nullptr, "only read the files, in vexor's own language whatever their endings",
+     [](options& o, std::string const&) { o.m_parse = true; }},
+    {"--print", nullptr, "[=dag]", "with --parse: print what was read, with dag shared terms only once",
+     apply_print, true},
     {"--quiet", "-q", nullptr, "show no progress", [](options& o, std::string const&) { o.m_quiet = true; }},
     {"--stats", nullptr, nullptr, "print what the search counted",
      [](options& o, std::string const&) { o.m_stats = true; }},
     {"--timeout", nullptr, "SECONDS", "stop after this time on a file and answer unknown", apply_timeout},
+    {"--type-check", nullptr, nullptr, "with --parse: check the types of what was read",
+     [](options& o, std::string const&) { o.m_type_check = true; }},
     {"--validate", nullptr, nullptr, "check the assignment against the file before answering",
      [](options& o, std::string const&) { o.m_validate = true; }},
     {"--verbosity", nullptr, "N", "how much the library reports on the error stream, from 0",
@@ -99,6 +116,10 @@ int apply_option(options& opts, int position, int argc, char const* const* argv)
     }
     if (equals != std::string::npos) {
         row->m_apply(opts, word.substr(equals + 1));
+        return position;
+    }
+    if (row->m_argument_optional) {
+        row->m_apply(opts, "");
         return position;
     }
     if (position + 1 >= argc) throw usage_error("option " + name + " needs an argument, see vexor --help");
@@ -143,7 +164,7 @@ void print_help(std::ostream& out) {
            "options:\n";
     for (option_row const& row : g_table) {
         std::string left = row.m_name;
-        if (row.m_argument) left += std::string(" ") + row.m_argument;
+        if (row.m_argument) left += std::string(row.m_argument_optional ? "" : " ") + row.m_argument;
         if (row.m_short) left = std::string(row.m_short) + ", " + left;
         out << "  " << std::left << std::setw(21) << left << " " << row.m_help << "\n";
     }

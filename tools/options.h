@@ -10,6 +10,9 @@ namespace vexor_tool {
 
 enum class input_format { by_name, cnf, wcnf, native };
 
+// How --parse prints what it read.
+enum class print_terms { none, tree, dag };
+
 struct options {
     std::vector<std::string> m_files; // in order; "-" is standard input; never empty after parse_options
     input_format m_format = input_format::by_name;
@@ -21,6 +24,9 @@ struct options {
     bool m_quiet = false;
     bool m_print_model = true;
     bool m_validate = false;
+    bool m_parse = false;
+    print_terms m_print_terms = print_terms::none;
+    bool m_type_check = false;
 };
 
 // A command line that cannot be run; what() says what to do about it.
