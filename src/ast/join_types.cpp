@@ -90,36 +90,54 @@ private:
                            [](D* d) { return d->get_type()->has_free_vars(); });
     }
 
+    // The same without subtypes, and with them without dependencies: integers stay integers.
+    type* without_subtypes(type* t) {
+        m_made.push_back(m_integral(t).get());
+        return m_made.back();
+    }
+
     shared_ptr<type> join_tuples(tuple_type* a, tuple_type* b) {
-        if (a->size() != b->size() || is_dependent(a->get_elements()) || is_dependent(b->get_elements()))
-            return m_largest(a);
+        if (a->size() != b->size()) return m_largest(a);
+        if (is_dependent(a->get_elements()) || is_dependent(b->get_elements()))
+            return join(without_subtypes(a), without_subtypes(b));
         shared_ptr_vector<var_decl> elements;
         if (!join_components(a->get_elements(), b->get_elements(), elements)) return a;
         return a->clone(elements.data(), elements.size());
     }
 
     shared_ptr<type> join_records(record_type* a, record_type* b) {
-        if (a->size() != b->size() || is_dependent(a->get_fields()) || is_dependent(b->get_fields()))
-            return m_largest(a);
+        if (a->size() != b->size()) return m_largest(a);
         for (unsigned i = 0; i < a->size(); ++i)
             if (!(a->get_field(i)->get_name() == b->get_field(i)->get_name())) return m_largest(a);
+        if (is_dependent(a->get_fields()) || is_dependent(b->get_fields()))
+            return join(without_subtypes(a), without_subtypes(b));
         shared_ptr_vector<field> fields;
         if (!join_components(a->get_fields(), b->get_fields(), fields)) return a;
         return a->clone(fields.data(), fields.size());
     }
 
-    // Parameters do not join: a function on the integers is none on the reals. They must be equal.
-    shared_ptr<type> join_functions(function_type* a, function_type* b) {
-        if (a->get_arity() != b->get_arity() || a->get_range()->has_free_vars() ||
-            b->get_range()->has_free_vars())
-            return m_largest(a);
+    static bool has_equal_parameters(function_type* a, function_type* b) {
         for (unsigned i = 0; i < a->get_arity(); ++i)
-            if (!a->get_param_type(i)->equals(b->get_param_type(i))) return m_largest(a);
+            if (!a->get_param_type(i)->equals(b->get_param_type(i))) return false;
+        return true;
+    }
+
+    // Parameters do not join: a function on the integers is none on the reals.
+    shared_ptr<type> join_functions(function_type* a, function_type* b) {
+        if (a->get_arity() != b->get_arity()) return m_largest(a);
+        bool dependent = a->get_range()->has_free_vars() || b->get_range()->has_free_vars();
+        if (dependent || !has_equal_parameters(a, b)) {
+            a = static_cast<function_type*>(without_subtypes(a));
+            b = static_cast<function_type*>(without_subtypes(b));
+            if (!has_equal_parameters(a, b)) return m_largest(a);
+        }
         shared_ptr<type> range = join(a->get_range(), b->get_range());
         if (range.get() == a->get_range()) return a;
         return a->clone(a->get_domain().data(), a->get_arity(), range);
     }
 
+    supertype_visitor m_integral{true};
+    shared_ptr_vector<type> m_made; // types that m_joined may name
     supertype_visitor m_largest{false};
     hash_map<std::pair<type*, type*>, shared_ptr<type>, pair_hash> m_joined; // pairs of components seen
 };

@@ -103,44 +103,46 @@ void type_update_visitor::visit(let_expr* n) {
 
 void type_update_visitor::visit(local_context_expr* n) { m_result = n->get_expr()->get_type(); }
 
-// A new value that is not in the range, a real in a function to the integers, widens the type.
+// An update has the type of its target, widened if the new value is not of it: a real in a function to the
+// integers. The type with the new value's type at the changed place is joined with the target's; where other
+// components depend on the changed one that drops the dependency, which holds no longer.
 void type_update_visitor::visit(function_update_expr* n) {
     m_result = n->get_target()->get_type();
     auto* t = cast_type<function_type>(m_result.get());
-    if (t == nullptr || t->get_range()->has_free_vars()) return;
-    shared_ptr<type> range = join_types(t->get_range(), n->get_new_value()->get_type());
-    if (range.get() != t->get_range()) m_result = t->clone(t->get_domain().data(), t->get_arity(), range);
+    if (t == nullptr) return;
+    type* value = n->get_new_value()->get_type();
+    shared_ptr<type> updated = t->clone(t->get_domain().data(), t->get_arity(), value).get();
+    keep_or_widen(t, updated);
 }
 
 void type_update_visitor::visit(tuple_update_expr* n) {
     m_result = n->get_target()->get_type();
     auto* t = cast_type<tuple_type>(m_result.get());
     auto idx = static_cast<unsigned>(n->get_idx());
-    if (t == nullptr || n->get_idx() < 0 || idx >= t->size() || t->get_element_type(idx)->has_free_vars())
-        return;
-    shared_ptr<type> joined = join_types(t->get_element_type(idx), n->get_new_value()->get_type());
-    if (joined.get() == t->get_element_type(idx)) return;
+    if (t == nullptr || n->get_idx() < 0 || idx >= t->size()) return;
     shared_ptr_vector<var_decl> elements(t->size(), t->get_elements().data());
     shared_ptr<var_decl> element = elements[idx]->clone();
-    element->set_type(joined);
+    element->set_type(n->get_new_value()->get_type());
     elements.set(idx, element);
-    m_result = t->clone(elements.data(), elements.size());
+    shared_ptr<type> updated = t->clone(elements.data(), elements.size()).get();
+    keep_or_widen(t, updated);
 }
 
 void type_update_visitor::visit(record_update_expr* n) {
     m_result = n->get_target()->get_type();
     auto* t = cast_type<record_type>(m_result.get());
     field* f = t == nullptr ? nullptr : t->find_field(n->get_name());
-    if (f == nullptr || f->get_type()->has_free_vars()) return;
-    shared_ptr<type> joined = join_types(f->get_type(), n->get_new_value()->get_type());
-    if (joined.get() == f->get_type()) return;
-    shared_ptr_vector<field> fields(t->size(), t->get_fields().data());
-    for (unsigned i = 0; i < fields.size(); ++i) {
-        if (fields[i] != f) continue;
-        shared_ptr<field> widened = mk<field>(f->get_id_node(), joined, -1);
-        fields.set(i, widened);
-    }
-    m_result = t->clone(fields.data(), fields.size());
+    if (f == nullptr) return;
+    shared_ptr_vector<field> fields;
+    shared_ptr<field> changed = mk<field>(f->get_id_node(), n->get_new_value()->get_type(), -1);
+    for (field* old : t->get_fields()) fields.push_back(old == f ? changed.get() : old);
+    shared_ptr<type> updated = t->clone(fields.data(), fields.size()).get();
+    keep_or_widen(t, updated);
+}
+
+void type_update_visitor::keep_or_widen(type* target, type* updated) {
+    shared_ptr<type> joined = join_types(target, updated);
+    if (joined.get() != target) m_result = joined;
 }
 
 void type_update_visitor::visit(numeral_expr* n) {

@@ -36,6 +36,8 @@ public:
 #include "ast/op_rules.def"
 
 private:
+    void keep_or_widen(type* target, type* updated);
+
     shared_ptr<type> m_result; // type of the node visited
 };
 

@@ -130,6 +130,7 @@ TEST_F(type_equivalence, joined_types_have_the_values_of_both) {
     type* pair = t.tuple_type({i, i});
     EXPECT_EQ(join_types(pair, t.tuple_type({i, i})).get(), pair);
     EXPECT_EQ(joined(t.function_type({i}, i), t.function_type({i}, r)), "(-> int real)");
+    EXPECT_EQ(joined(t.function_type({t.nat_type()}, i), t.function_type({i}, i)), "(-> int int)");
     // Domains that differ: the largest type.
     EXPECT_EQ(joined(t.function_type({i}, i), t.function_type({r}, i)), "(-> real real)");
     EXPECT_EQ(joined(t.bv_type(4), t.make<subtype>(t.variable("x", t.bv_type(4)), t.mk_true(), -1)),
@@ -141,8 +142,12 @@ TEST_F(type_equivalence, joining_dependent_types_drops_the_dependency) {
     var_decl* second = t.variable("second", t.subrange(t.num("0"), t.use(first)));
     var_decl* elements[] = {first, second};
     type* dependent = t.make<tuple_type>(&m, elements, 2U, -1);
-    EXPECT_EQ(joined(dependent, t.tuple_type({i, r})), "(tuple first::real second::real)");
+    EXPECT_EQ(joined(dependent, t.tuple_type({i, r})), "(tuple first::int second::real)");
+    EXPECT_EQ(joined(dependent, t.tuple_type({i, i})), "(tuple first::int second::int)");
     EXPECT_EQ(join_types(dependent, dependent).get(), dependent);
+    var_decl* n = t.variable("n", t.nat_type());
+    type* f = t.make<function_type>(n, t.subrange(t.num("0"), t.use(n)), -1);
+    EXPECT_EQ(joined(f, t.function_type({i}, i)), "(-> n::int int)");
     EXPECT_TRUE(equivalent(dependent, t.tuple_type({r, i})));
 }
 

@@ -247,6 +247,19 @@ TEST_F(type_of, an_update_with_a_real_is_no_longer_of_integers) {
     EXPECT_EQ(type_text(pair), "(tuple int int)");
 }
 
+// (subrange 0 first) speaks of the old first component.
+TEST_F(type_of, an_update_drops_dependencies) {
+    var_decl* first = t.variable("first", t.int_type());
+    var_decl* second = t.variable("second", t.subrange(t.num("0"), t.use(first)));
+    var_decl* elements[] = {first, second};
+    expr* pair = t.constant("pair", t.make<tuple_type>(&m, elements, 2U, -1));
+    EXPECT_EQ(type_text(t.update(pair, 0, t.num("7"))), "(tuple first::int second::int)");
+    EXPECT_EQ(type_text(t.update(pair, 0, t.num("1/2"))), "(tuple first::real second::int)");
+    var_decl* n = t.variable("n", t.nat_type());
+    expr* f = t.constant("f", t.make<function_type>(n, t.subrange(t.num("0"), t.use(n)), -1));
+    EXPECT_EQ(type_text(t.update(f, {t.num("3")}, t.num("1/2"))), "(-> n::int real)");
+}
+
 TEST_F(type_of, functions_and_binders) {
     expr* p = t.constant("p", t.bool_type());
     expr* f = t.constant("f", t.function_type({t.int_type(), t.bool_type()}, t.real_type()));
