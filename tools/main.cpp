@@ -2,7 +2,9 @@
 #include <exception>
 #include <iostream>
 #include <string>
+#include <system_error>
 
+#include "base/diagnostics.h"
 #include "base/exceptions.h"
 #include "base/memory.h"
 #include "dimacs_command.h"
@@ -27,10 +29,20 @@ int run_file(options const& opts, std::string const& file, bool last_file) {
         std::cerr << error.what() << " ";
         if (error.get_line() != 0) std::cerr << "line " << error.get_line() << ": ";
         std::cerr << error.get_reason() << "\n";
+    } catch (std::system_error const& error) {
+        std::cerr << "the file \"" << file << "\" cannot be read: " << error.code().message() << "\n";
     } catch (std::exception const& error) {
         std::cerr << error.what() << "\n";
     }
     return exit_error;
+}
+
+// An answer that could not be written is none.
+bool flush_answers() {
+    std::cout.flush();
+    if (std::cout) return true;
+    std::cerr << "vexor: the answer cannot be written\n";
+    return false;
 }
 
 // A file name as part of one comment line.
@@ -68,7 +80,9 @@ int main(int argc, char** argv) {
             return 0;
         }
         catch_stop_signals();
-        return run_files(opts);
+        vexor::set_verbosity_level(opts.m_verbosity);
+        int code = run_files(opts);
+        return flush_answers() ? code : exit_error;
     } catch (usage_error const& error) {
         std::cerr << "vexor: " << error.what() << "\n";
         return exit_error;

@@ -57,8 +57,8 @@ TEST(cli, help_names_every_option) {
     program_run run = vexor({"--help"});
     EXPECT_EQ(0, run.exit_code);
     EXPECT_EQ("", run.err);
-    for (char const* option : {"--format", "--help", "--no-model", "--quiet", "--stats", "--timeout",
-                               "--validate", "--verbosity", "--version"}) {
+    for (char const* option : {"--format", "--help", "--no-model", "--parse", "--print", "--quiet", "--stats",
+                               "--timeout", "--type-check", "--validate", "--verbosity", "--version"}) {
         EXPECT_NE(std::string::npos, run.out.find(option)) << option;
     }
     EXPECT_EQ(run.out, vexor({"-h"}).out);
@@ -142,6 +142,34 @@ TEST(cli, statistics_are_comments) {
         EXPECT_NE(std::string::npos, run.out.find(name)) << name;
     }
     EXPECT_EQ("SATISFIABLE", parse_solver_output(run.out).status);
+}
+
+TEST(cli, verbosity_reaches_the_library) {
+    EXPECT_EQ("", vexor_reads(satisfiable).err);
+    EXPECT_NE("", vexor_reads(satisfiable, {"--verbosity=1"}).err);
+}
+
+TEST(cli, an_answer_that_cannot_be_written_is_an_error) {
+    temporary_file sat("a.cnf", satisfiable);
+    program_run run =
+        run_program({"/bin/sh", "-c", std::string(VEXOR_TOOL) + " " + sat.path() + " >/dev/full"});
+    EXPECT_EQ(1, run.exit_code);
+    EXPECT_EQ("vexor: the answer cannot be written\n", run.err);
+}
+
+TEST(cli, native_files_can_be_parsed_and_printed) {
+    temporary_file good("a.vx", "(define x::int)\n(assert (< x 3))\n"), bad("b.vx", "(assert (< x 3))\n");
+    program_run run = vexor({"--parse", "--type-check", "--print", good.path()});
+    EXPECT_EQ(0, run.exit_code);
+    EXPECT_EQ("", run.err);
+    temporary_file again("c.vx", run.out);
+    EXPECT_EQ(run.out, vexor({"--parse", "--print", again.path()}).out);
+    run = vexor({"--parse", bad.path()});
+    EXPECT_EQ(1, run.exit_code);
+    EXPECT_NE(std::string::npos, run.err.find("line(1)")) << run.err;
+    run = vexor({"--parse", "/nowhere/a.vx"});
+    EXPECT_EQ(1, run.exit_code);
+    EXPECT_EQ("the file \"/nowhere/a.vx\" cannot be read: No such file or directory\n", run.err);
 }
 
 TEST(cli, several_files_are_headed_by_their_names) {
