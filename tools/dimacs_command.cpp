@@ -34,7 +34,7 @@ public:
     dimacs_run(options const& opts, std::string const& file)
         : m_options(opts)
         , m_watch(std::in_place, opts.m_timeout_seconds)
-        , m_input(file)
+        , m_file(file)
         , m_max_sat(format_of(opts, file) == input_format::wcnf) {
         m_watch->set_context(&m_context);
     }
@@ -53,8 +53,9 @@ public:
 private:
     int decide() {
         try {
-            if (m_options.m_validate) m_input.make_repeatable();
-            vexor::read_dimacs(&m_context, m_input.stream(), m_input.name().c_str(), m_max_sat);
+            m_input = std::make_unique<input>(m_file);
+            if (m_options.m_validate) m_input->make_repeatable();
+            vexor::read_dimacs(&m_context, m_input->stream(), m_input->name().c_str(), m_max_sat);
         } catch (interrupted_exception const&) {
             return 0;
         }
@@ -68,8 +69,8 @@ private:
     // The answer that stands after the check: a stop while the file is read again leaves it open.
     int validate() {
         try {
-            m_input.rewind();
-            if (satisfies_file(m_context.get_model(), m_input.stream(), m_input.name().c_str())) return 1;
+            m_input->rewind();
+            if (satisfies_file(m_context.get_model(), m_input->stream(), m_input->name().c_str())) return 1;
         } catch (interrupted_exception const&) {
             return 0;
         }
@@ -88,9 +89,10 @@ private:
     options const& m_options;
     vexor::context m_context;
     std::optional<stop_watch> m_watch; // ends before the context
-    input m_input;
-    bool m_max_sat;     // weights are prices
-    int m_num_vars = 0; // of the file
+    std::string m_file;                // as on the command line
+    std::unique_ptr<input> m_input;    // set once it could be opened
+    bool m_max_sat;                    // weights are prices
+    int m_num_vars = 0;                // of the file
 };
 
 } // namespace

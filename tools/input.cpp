@@ -11,6 +11,20 @@
 
 namespace vexor_tool {
 
+namespace {
+
+// Waits for a named pipe's other end, if need be until a stop is requested.
+int open_file(std::string const& path) {
+    for (;;) {
+        if (stop_requested() != stop_reason::none) throw interrupted_exception();
+        int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+        if (descriptor >= 0) return descriptor;
+        if (errno != EINTR) throw std::system_error(errno, std::generic_category());
+    }
+}
+
+} // namespace
+
 std::size_t descriptor_buffer::read_some(char* target, std::size_t count) {
     for (;;) {
         if (stop_requested() != stop_reason::none) throw interrupted_exception();
@@ -47,9 +61,8 @@ bool descriptor_buffer::rewind() {
 
 input::input(std::string const& path)
     : m_name(path == "-" ? "<stdin>" : path)
-    , m_descriptor(path == "-" ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_CLOEXEC))
+    , m_descriptor(path == "-" ? STDIN_FILENO : open_file(path))
     , m_stream(nullptr) {
-    if (m_descriptor < 0) throw std::system_error(errno, std::generic_category());
     m_buffer = std::make_unique<descriptor_buffer>(m_descriptor);
     m_stream.rdbuf(m_buffer.get());
 }

@@ -37,7 +37,8 @@ private:
     std::vector<char> m_block = std::vector<char>(1 << 16); // for readers that go byte by byte
 };
 
-// One input, opened for its lifetime. Throws std::system_error if it cannot be opened.
+// One input, opened for its lifetime. Throws std::system_error if it cannot be opened, interrupted_exception
+// if a stop is requested meanwhile.
 class input {
 public:
     // "-" is standard input.

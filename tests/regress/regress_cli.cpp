@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <sstream>
+#include <sys/stat.h>
 
 #include "support/check_model.h"
 #include "support/run_program.h"
@@ -248,6 +249,16 @@ TEST(cli, a_time_limit_ends_the_reading) {
     options.input = "p cnf 2 1\n1 ";
     options.keep_input_open = true;
     program_run run = vexor({"--timeout", "0.3"}, options);
+    EXPECT_EQ(0, run.exit_code);
+    EXPECT_EQ("s UNKNOWN\n", run.out);
+    EXPECT_FALSE(run.timed_out);
+}
+
+TEST(cli, a_time_limit_ends_the_opening_of_a_pipe) {
+    temporary_file neighbour("a.cnf", "");
+    std::string path = neighbour.folder() + "/pipe.cnf";
+    ASSERT_EQ(0, mkfifo(path.c_str(), 0600));
+    program_run run = vexor({"--timeout", "0.3", path});
     EXPECT_EQ(0, run.exit_code);
     EXPECT_EQ("s UNKNOWN\n", run.out);
     EXPECT_FALSE(run.timed_out);

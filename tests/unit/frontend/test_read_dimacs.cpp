@@ -82,6 +82,12 @@ TEST(read_dimacs, what_was_read_before_an_error_stays) {
     EXPECT_THROW(read(ctx, "p cnf 2 3\n1 0\n-1 0\n3 0\n"), cnf_exception);
     EXPECT_EQ(5u, ctx.num_bool_vars());
     EXPECT_EQ(-1, ctx.check());
+    // Also when there are many of them.
+    std::string text = "p cnf 100 100\n";
+    for (int var = 1; var <= 100; ++var) text += std::to_string(var) + " 0\n";
+    context other;
+    EXPECT_THROW(read(other, text + "1 2"), cnf_exception);
+    for (int var = 1; var <= 100; ++var) EXPECT_EQ(1, other.value(literal(var + 2)));
 }
 
 TEST(read_dimacs, files) {
