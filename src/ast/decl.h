@@ -130,9 +130,9 @@ public:
 private:
     enum : unsigned char { not_known = 0, yes = 1, no = 3 };
 
-    shared_ptr<expr> m_definition;         // null for an uninterpreted constant
     unsigned char m_recursive = not_known; // cache of is_recursive
     unsigned char m_binders = not_known;   // cache: does the definition have a binder
+    shared_ptr<expr> m_definition;         // null for an uninterpreted constant
 };
 
 // A named type.
