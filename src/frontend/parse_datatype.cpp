@@ -17,7 +17,7 @@ shared_ptr<type> parser::parse_scalar_type(int pos) {
     while (test_next(token::identifier)) elements.push_back(parse_identifier().get());
     check_end_of_definition();
     if (elements.size() == 0) throw empty_scalar_type_exception(position_at(pos));
-    return m_manager->create_scalar_type(m_curr_type_decl, elements.data(), elements.size(), node_pos(pos));
+    return m_manager->create_scalar_type(m_curr_type_decl, elements.data(), elements.size(), pos);
 }
 
 // (datatype constructor ...)
@@ -26,7 +26,7 @@ shared_ptr<type> parser::parse_datatype(int pos) {
     while (next() != token::right_paren) constructors.push_back(parse_constructor().get());
     check_end_of_definition();
     if (constructors.size() == 0) throw empty_datatype_exception(position_at(pos));
-    return m_manager->create_datatype(constructors.data(), constructors.size(), node_pos(pos));
+    return m_manager->create_datatype(constructors.data(), constructors.size(), pos);
 }
 
 // name or (name accessor ...)
@@ -35,7 +35,7 @@ shared_ptr<constructor_decl> parser::parse_constructor() {
     if (!has_accessors && m_curr_token != token::identifier)
         throw constructor_expected_exception(get_position());
     if (has_accessors) next();
-    int pos = node_pos(get_token_pos());
+    int pos = get_token_pos();
     shared_ptr<identifier> id = parse_identifier();
     shared_ptr<type_name> result = m_curr_type_decl->create_type_name(pos);
     shared_ptr<recognizer_decl> recognizer = recognizer_decl::create_recognizer_decl(id, result, pos);
@@ -58,7 +58,7 @@ void parser::reset_accessor_parsing_auxiliary_fields() {
 
 // name::type. The accessor is a function from the values of its constructor alone.
 shared_ptr<accessor_decl> parser::parse_accessor(recognizer_decl* recognizer) {
-    int pos = node_pos(get_token_pos());
+    int pos = get_token_pos();
     shared_ptr<identifier> id = parse_identifier();
     check_next(token::double_colon);
     shared_ptr<subtype> domain = m_manager->create_subtype_for_pred(recognizer, pos);
@@ -66,7 +66,7 @@ shared_ptr<accessor_decl> parser::parse_accessor(recognizer_decl* recognizer) {
     bool is_recursive = test_next(token::identifier) && get_ustring() == m_curr_type_name;
     shared_ptr<type> range;
     if (is_recursive)
-        range = m_curr_type_decl->create_type_name(node_pos(get_token_pos()));
+        range = m_curr_type_decl->create_type_name(get_token_pos());
     else
         range = parse_nested_type(false);
     identifier* const anonymous = nullptr;

@@ -64,7 +64,20 @@ shared_ptr<expr> parser::parse_application(int pos) {
     while (next() != token::right_paren) args.push_back(parse_nested_expr().get());
     if (args.size() == 0) throw application_without_args_exception(position_at(pos));
     if (m_sharing && args.size() == 1 && is_a<not_name_expr>(fun)) return share_not(fun, args[0]);
-    return mk<application>(fun, args.data(), args.size(), node_pos(pos));
+    shared_ptr<application> result = mk<application>(fun, args.data(), args.size(), node_pos(pos));
+    if (args.size() == 3 && is_a<bv_extract_name_expr>(fun)) put_high_end_first(result);
+    return result;
+}
+
+// Of the two ends of an extraction the larger one is the high end, wherever it stands: one term has one form.
+void parser::put_high_end_first(application* extract) {
+    unsigned high = 0;
+    unsigned low = 0;
+    if (!get_extract_bounds(extract, high, low) || high == low) return;
+    shared_ptr_vector<expr> args(3, extract->get_args().data());
+    if (static_cast<numeral_expr*>(args[0])->get_value() == numeral(high)) return;
+    expr* const ordered[] = {args[1], args[0], args[2]};
+    extract->set_args(ordered, 3);
 }
 
 // One (not x) for each global x. Local variables may have the same name and are left alone.

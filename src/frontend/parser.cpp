@@ -62,7 +62,7 @@ shared_ptr<type_decl> parser::parse_type_decl(int pos) {
 
 shared_ptr<identifier> parser::parse_identifier() {
     check(token::identifier);
-    return mk<identifier>(m_manager, get_ustring(), node_pos(get_token_pos()));
+    return mk<identifier>(m_manager, get_ustring(), get_token_pos());
 }
 
 // A non-negative number in plain digits, up to max; false for any other numeral.

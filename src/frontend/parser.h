@@ -24,8 +24,8 @@ class context;
 // nesting_too_deep_parser_exception.
 class parser : public lexer {
 public:
-    // Nodes get position -1 and are shared: built-in names, one name_expr for a global name, one type_name
-    // for a type, one (not x) for a variable. For text that a machine wrote; read at each use.
+    // Expressions and types get position -1 and are shared: built-in names, one name_expr for a global name,
+    // one type_name for a type, one (not x) for a variable. For text that a machine wrote; read at each use.
     static bool m_sharing;
     // From the id of a retractable assertion to the position of its command.
     static vector<int> m_assertion_id_manager;
@@ -87,6 +87,7 @@ private:
     shared_ptr<expr> parse_nested_expr();
     shared_ptr<expr> parse_form();
     shared_ptr<expr> parse_application(int pos);
+    static void put_high_end_first(application* extract);
     shared_ptr<expr> share_not(expr* op, expr* arg);
     shared_ptr<expr> parse_bitvector_constant();
     shared_ptr<expr> parse_mk_bv(int pos);

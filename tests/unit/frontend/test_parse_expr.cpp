@@ -160,6 +160,11 @@ TEST_F(parse_expr_test, bv_extract_takes_its_ends_in_either_order) {
     EXPECT_EQ(expr("(bv-extract 2 5 a)"), "(bv-extract 5 2 a)");
     shared_ptr<vexor::expr> low_first = read_expr_from_string(&m_manager, "(bv-extract 2 5 a)");
     EXPECT_EQ(text_of(low_first->get_type()), "(bitvector 4)");
+    EXPECT_TRUE(low_first->equals(read_expr_from_string(&m_manager, "(bv-extract 5 2 a)").get()));
+    // Ends that are no numbers of bits stay where they are.
+    for (char const* text :
+         {"(bv-extract -1 2 a)", "(bv-extract 1/2 2 a)", "(bv-extract x 2 a)", "(bv-extract 1 2)"})
+        EXPECT_EQ(expr(text), text);
 }
 
 TEST_F(parse_expr_test, positions_of_nodes) {
