@@ -27,6 +27,8 @@ class string_buffer;
 // A value type. Operations in place change the left operand, which may be the right one, too. Division by
 // zero throws division_by_zero_exception.
 class numeral {
+    static_assert(sizeof(long) == 8, "products of fixnum parts are kept in a long");
+
 public:
     static constexpr int max_fixnum = 0x3ffffff5;
 

@@ -167,6 +167,24 @@ TEST(deep_stack_test, endless_recursion_ends_in_an_exception) {
     EXPECT_EQ(on_deep_stack([] { return sum_to(100000); }), 100000l * 100001 / 2);
 }
 
+TEST(deep_stack_test, without_room_for_a_stack_the_callers_one_is_measured) {
+    on_small_thread([] {
+        set_deep_stack_size(1);
+        for (int round = 0; round < 3; round++) {
+            char here = 0;
+            char const* inside =
+                on_deep_stack([] { return static_cast<char const*>(__builtin_frame_address(0)); });
+            EXPECT_LT(std::abs(&here - inside), 100000); // the same stack
+            EXPECT_EQ(on_deep_stack([] { return sum_to(100); }), 5050);
+            EXPECT_THROW(on_deep_stack([] { return endless(0); }), nesting_too_deep_exception);
+            EXPECT_THROW(on_deep_stack([] { return throw_at(100); }), std::runtime_error);
+            EXPECT_FALSE(is_on_deep_stack());
+        }
+        set_deep_stack_size(0);
+        EXPECT_EQ(on_deep_stack([] { return sum_to(100000); }), 100000l * 100001 / 2);
+    });
+}
+
 #ifndef __SANITIZE_ADDRESS__ // which has memory of its own for the shadow of the stack
 TEST(deep_stack_test, memory_of_a_deep_call_is_given_back) {
     on_deep_stack([] { return sum_to(1000); });

@@ -167,6 +167,11 @@ TEST(numeral_test, division_by_zero_throws_in_every_form) {
             EXPECT_THROW(static_cast<void>(div(a, zero)), division_by_zero_exception);
             EXPECT_THROW(static_cast<void>(mod(a, zero)), division_by_zero_exception);
         }
+        try {
+            static_cast<void>(numeral(1) / zero);
+        } catch (vexor_exception const& e) {
+            EXPECT_STREQ(e.what(), "division by zero.");
+        }
         numeral b(zero);
         EXPECT_THROW(b /= *&b, division_by_zero_exception);
     }
