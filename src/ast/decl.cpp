@@ -67,7 +67,18 @@ let_decl::let_decl(identifier* id, type* t, expr* definition, int pos)
 let_decl::~let_decl() = default;
 
 shared_ptr<var_decl> let_decl::clone() const {
-    return mk<let_decl>(get_id_node(), get_type(), get_definition(), get_pos());
+    return mk<let_decl>(get_id_node(), get_declared_type(), get_definition(), get_pos());
+}
+
+void let_decl::infer_type(type* t) {
+    VEXOR_ASSERT(get_declared_type() == nullptr);
+    var_decl::set_type(t);
+    m_is_type_inferred = true;
+}
+
+void let_decl::set_type(type* t) {
+    var_decl::set_type(t);
+    m_is_type_inferred = false;
 }
 
 void let_decl::set_definition(expr* e) {

@@ -47,7 +47,7 @@ public:
     virtual shared_ptr<var_decl> clone() const;
 
     type* get_type() const { return m_type.get(); }
-    void set_type(type* t);
+    virtual void set_type(type* t);
     bool is_boolean() const;
     bool is_int() const;
     bool is_numeral() const;
@@ -97,8 +97,15 @@ public:
     expr* get_definition() const { return m_definition.get(); }
     void set_definition(expr* e);
 
+    // The type that the source gives, null for none.
+    type* get_declared_type() const { return m_is_type_inferred ? nullptr : get_type(); }
+    // Gives a variable without type that of its definition.
+    void infer_type(type* t);
+    void set_type(type* t) override;
+
 private:
-    shared_ptr<expr> m_definition; // what the variable stands for
+    shared_ptr<expr> m_definition;   // what the variable stands for
+    bool m_is_type_inferred = false; // is the type not the source's
 };
 
 // A global constant or function, defined or uninterpreted.

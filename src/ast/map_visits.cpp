@@ -15,9 +15,10 @@ void map_visitor::visit(var_decl* n) {
 
 void map_visitor::visit(let_decl* n) {
     shared_ptr<identifier> id = map(n->get_id_node());
-    shared_ptr<type> t = map(n->get_type());
+    shared_ptr<type> t = map(n->get_declared_type());
     shared_ptr<expr> definition = map_definition(n->get_definition());
-    if (id.get() == n->get_id_node() && t.get() == n->get_type() && definition.get() == n->get_definition())
+    if (id.get() == n->get_id_node() && t.get() == n->get_declared_type() &&
+        definition.get() == n->get_definition())
         return keep(n);
     m_result = mk<let_decl>(id, t, definition, n->get_pos()).get();
 }

@@ -28,6 +28,11 @@ unsigned occ_visitor::get_num_occs(ast* a) const {
     return n == nullptr ? 1 : *n;
 }
 
+void occ_visitor::visit(let_decl* n) {
+    accept(n->get_declared_type());
+    accept(n->get_definition());
+}
+
 // What the declarations of a constructor hold besides the types of its fields is not printed.
 void occ_visitor::visit(constructor_decl* n) {
     for (unsigned i = 0; i < n->num_accessors(); ++i) accept(n->get_accessor(i)->get_result_type());

@@ -18,6 +18,7 @@ public:
     unsigned get_num_occs(ast* a) const;
 
     using for_each_visitor::visit;
+    void visit(let_decl* n) override;
     void visit(constructor_decl* n) override;
     void visit(subrange* n) override;
 

@@ -118,7 +118,7 @@ void pp_visitor::visit(var_decl* n) {
 void pp_visitor::visit(let_decl* n) {
     shared_ptr<composite_doc> head = composite();
     head << name_doc(n->get_name());
-    if (n->get_type() != nullptr) head << "::" << accept(n->get_type());
+    if (n->get_declared_type() != nullptr) head << "::" << accept(n->get_declared_type());
     form(head, {accept(n->get_definition())});
 }
 

@@ -43,8 +43,9 @@ void type_checker::visit(const_decl* n) {
 }
 
 void type_checker::visit(let_decl* n) {
-    for_each_visitor::visit(n);
-    if (n->get_type() != nullptr)
+    accept(n->get_declared_type());
+    accept(n->get_definition());
+    if (n->get_declared_type() != nullptr)
         check_definition(n, n->get_definition(), "invalid let declaration, incompatible types.");
 }
 

@@ -61,7 +61,7 @@ shared_ptr<type> close_let_type(let_expr* n, type* t) {
 }
 
 void give_type_to_let(let_decl* d) {
-    if (d->get_type() == nullptr) d->set_type(d->get_definition()->get_type());
+    if (d->get_type() == nullptr) d->infer_type(d->get_definition()->get_type());
 }
 
 } // namespace

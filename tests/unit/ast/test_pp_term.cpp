@@ -292,7 +292,7 @@ TEST_F(pp_term, deep_terms) {
         EXPECT_EQ(parens(as_dag(sum)), depth);
         EXPECT_EQ(parens(as_dag(left_sum, true)), depth);
         EXPECT_EQ(parens(as_dag(left_type)), depth);
-        EXPECT_EQ(parens(displayed(nested_let)), 3 * depth);
+        EXPECT_EQ(parens(to_text(nested_let)), 3 * depth);
         EXPECT_EQ(parens(displayed(definitions)), 3 * depth);
     });
 }

@@ -287,6 +287,13 @@ TEST_F(type_of, let_gives_its_variables_the_types_of_their_definitions) {
     EXPECT_EQ(type_text(e), "real");
     EXPECT_EQ(to_text(x->get_type()), "int");
     EXPECT_EQ(to_text(y->get_type()), "real");
+    // It is not the source's: it neither prints nor goes into copies.
+    EXPECT_EQ(x->get_declared_type(), nullptr);
+    EXPECT_EQ(to_text(e), "(let ((x 1) (y (/ x 2))) (+ x y))");
+    shared_ptr<var_decl> copy = x->clone();
+    EXPECT_EQ(copy->get_type(), nullptr);
+    x->set_type(t.real_type());
+    EXPECT_EQ(to_text(e), "(let ((x::real 1) (y (/ x 2))) (+ x y))");
     // A name is typed alone, too; a declared type stands.
     let_decl* z = t.let_variable("z", nullptr, t.num("1"));
     EXPECT_EQ(type_text(t.use(z)), "int");
