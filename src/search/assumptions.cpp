@@ -12,23 +12,28 @@ bool context::assert_assumption(literal l) {
 // All assumptions share one scope. The walk runs backwards, so that a retraction hides the earlier assumption
 // of its variable, and goes on after a failure. Nothing is propagated in between: a failure is a clash with a
 // base fact.
-void context::assert_extra_assumptions() {
+//
+// With weights, every weighted variable without an assumption of its own is assumed false: no soft constraint
+// is switched off.
+void context::assert_extra_assumptions(bool with_weights) {
     m_failed_assumption = null_literal;
     // What waits at the base must not lose its consequences when the scope is undone.
     if (!propagate_constraints()) return;
-    if (!m_assumptions.empty()) {
+    with_weights = with_weights && !m_weighted_vars.empty();
+    if (!m_assumptions.empty() || with_weights) {
         create_backtrack_point();
         // If all assumptions hold already, the first decision would otherwise begin where this scope begins.
         push_trail_record(g_dummy_trail_object);
         svector<char> seen;
         seen.resize(num_bool_vars(), 0);
-        for (unsigned i = m_assumptions.size(); i-- > 0;) {
-            literal const l = m_assumptions[i];
+        auto assume = [&](literal l) {
             char& mark = seen[static_cast<unsigned>(l.var())];
-            if (mark != 0) continue;
+            if (mark == 0) assert_assumption(l);
             mark = 1;
-            assert_assumption(l);
-        }
+        };
+        for (unsigned i = m_assumptions.size(); i-- > 0;) assume(m_assumptions[i]);
+        if (with_weights)
+            for (weighted_var const& wv : m_weighted_vars) assume(literal(wv.m_var, true));
     }
     m_assumptions_timestamp = (static_cast<std::int64_t>(m_trail.size()) << 5) | (m_scope_lvl & 31);
 }

@@ -84,6 +84,11 @@ void context::reset() {
     m_num_input_clauses = m_first_deletable_learned = m_simp_qhead = 0;
     m_simp_budget = 0;
     m_assumptions.reset();
+    m_weighted_vars.reset();
+    m_sorted_weighted_vars.reset();
+    m_random_order.reset();
+    m_next_weighted_var = m_next_random_var = 0;
+    m_decide_by_weight = m_prefer_weighted_vars = m_need_assignment = false;
     m_failed_assumption = null_literal;
     m_assumptions_timestamp = 0;
     m_unsat_core.reset();

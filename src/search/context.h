@@ -19,6 +19,7 @@
 #include "search/theory_hub.h"
 #include "search/trail_object.h"
 #include "search/watch_set.h"
+#include "search/weighted_vars.h"
 
 #include <atomic>
 #include <cstdint>
@@ -90,6 +91,10 @@ public:
     void assert_literal(literal l);
     // Takes ownership of c.
     void assert_constraint(constraint* c);
+    // The sum of the coefficients of the true literals is at least bound; at the base level. The constraint
+    // lives as long as the scope; it is null on a context that is or becomes dead beforehand. Test
+    // inconsistent() afterwards.
+    constraint* assert_lpb(vector<numeral> const& coeffs, svector<literal> const& lits, numeral const& bound);
     void insert_constraint_watch(literal l, constraint* c) { watches(l).insert_clause(watch_entry(c)); }
     bool remove_generic_watch(constraint* c, literal l) { return watches(l).remove_constraint(c); }
     [[nodiscard]] clause& get_clause(clause_ref ref) { return m_clauses[ref]; }
@@ -157,6 +162,26 @@ public:
     // Assumptions of the last failed check that took part in the refutation, as literal indices.
     [[nodiscard]] svector<int> const& get_unsat_core() const { return m_unsat_core; }
 
+    // ---- Weights
+    // ---------------------------------------------------------------------------------------------------
+
+    // From now on var costs weight when it is true. A check assumes it false; max_sat and
+    // find_weighted_model leave it open. A last assumption of its positive literal takes the weight out.
+    void attach_weight(int var, numeral const& weight);
+    // The positive literal of a new variable with a weight.
+    literal create_fresh_weighted_bool_var(numeral const& weight);
+    [[nodiscard]] vector<weighted_var> const& get_weighted_vars() const { return m_weighted_vars; }
+    // Appends the indices of the negative literals of the weighted variables that the model pays for.
+    void get_inconsistent_assertions(svector<int>& out) const;
+    // Answers like check(), with the cost of the model in it: no attempt is made to lower it, but decisions
+    // make weighted variables false. With random, all others are decided first, in a random order.
+    int find_weighted_model(bool random);
+    // 1 with a model of least cost, -1 if there is no model at any cost, 0 if the search was stopped or gave
+    // up, with the best model found so far, if any.
+    int max_sat();
+    // Called by max_sat at each model that is cheaper than the one before.
+    void set_improvement_callback(std::function<void(context&)> callback);
+
     // ---- Questions
     // ------------------------------------------------------------------------------------------------
 
@@ -192,6 +217,10 @@ public:
 
     // The counters, with the figures of the present state and process filled in.
     [[nodiscard]] statistics get_statistics() const;
+    // Numbers the conflicts.
+    [[nodiscard]] std::uint64_t num_conflicts() const { return m_stats.m_num_conflicts; }
+    // Trail positions whose literals were, or are just being, visited by the propagation.
+    [[nodiscard]] unsigned num_visited() const { return m_qhead; }
     [[nodiscard]] random_numbers& random() { return m_random; }
     void display(std::ostream& out, literal l) const;
     void display_bool_var(std::ostream& out, int var) const;
@@ -203,8 +232,13 @@ public:
 
 private:
     friend class absurd_explanation;
+    friend class base_frame;
     friend class invariant_checker;
+    friend class max_sat_search;
     friend class search_frame;
+    friend class stop_frame;
+    friend class user_scope_frame;
+    friend class weighted_decisions_frame;
 
     // Order of the decision heap: greatest activity first.
     struct var_lt {
@@ -271,6 +305,12 @@ private:
 
     // decide.cpp
     int select_var();
+    int select_preferred_var();
+    int select_random_var();
+    int select_unassigned_weighted_var();
+    template <typename Sequence, typename VarOf>
+    int advance_to_unassigned(Sequence const& sequence, unsigned& cursor, VarOf var_of);
+    bool choose_var_by_weight(int& var, bool& phase);
     bool decide();
     bool choose_phase(int var);
 
@@ -302,8 +342,12 @@ private:
     void remove_binary_clause(binary_clause const& pair);
     void flush_data();
 
+    // weighted_vars.cpp, find_weighted_model.cpp
+    void collect_payable_vars(vector<weighted_var>& result) const;
+    void random_var_permutation();
+
     // assumptions.cpp
-    void assert_extra_assumptions();
+    void assert_extra_assumptions(bool with_weights);
     bool assert_assumption(literal l);
     void build_unsat_assumption_core();
 
@@ -378,6 +422,16 @@ private:
     literal m_failed_assumption;              // an assumption that contradicted a value when it was made
     std::int64_t m_assumptions_timestamp = 0; // just behind the last assumption
     svector<int> m_unsat_core;
+
+    vector<weighted_var> m_weighted_vars;        // in order of creation; cut by pop
+    vector<weighted_var> m_sorted_weighted_vars; // heaviest first; during max_sat only
+    unsigned m_next_weighted_var = 0;            // where to look for the next weighted variable to decide
+    unsigned m_next_random_var = 0;              // all of m_random_order before are assigned
+    svector<int> m_random_order;                 // the other variables; during find_weighted_model only
+    bool m_decide_by_weight = false;             // decisions follow m_random_order, then m_weighted_vars
+    bool m_prefer_weighted_vars = false;         // decisions take m_sorted_weighted_vars first
+    bool m_need_assignment = false;              // keep the Boolean values even if no model is to be built
+    std::function<void(context&)> m_improvement_callback; // not reset
 
     std::atomic<bool> m_search_stopped{false};
     std::atomic<bool> m_in_search{false};

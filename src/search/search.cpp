@@ -3,6 +3,7 @@
 
 #include "base/diagnostics.h"
 #include "search/restart_schedule.h"
+#include "search/search_frames.h"
 #include "search/search_settings.h"
 
 #include <exception>
@@ -17,14 +18,11 @@ public:
     explicit search_frame(context& ctx)
         : m_context(ctx)
         , m_start_scope(ctx.m_scope_lvl)
-        , m_num_exceptions(std::uncaught_exceptions()) {
-        m_context.m_search_stopped.store(false, std::memory_order_relaxed);
-        m_context.m_in_search.store(true, std::memory_order_release);
-    }
+        , m_num_exceptions(std::uncaught_exceptions())
+        , m_stop_frame(ctx) {}
     search_frame(search_frame const&) = delete;
     search_frame& operator=(search_frame const&) = delete;
     ~search_frame() noexcept(false) {
-        m_context.m_in_search.store(false, std::memory_order_release);
         if (std::uncaught_exceptions() == m_num_exceptions)
             m_context.return_to_scope(m_start_scope);
         else
@@ -36,6 +34,7 @@ private:
     context& m_context;
     unsigned m_start_scope;
     int m_num_exceptions;
+    stop_frame m_stop_frame;
 };
 
 void context::return_to_scope(unsigned scope) {
@@ -56,21 +55,10 @@ int context::check() {
     m_model.reset();
     if (get_verbosity_level() > 0) std::cerr << "searching...\n";
 
-    // Assumption scopes never survive a check, nor does a conflict that rests on them.
-    struct base_frame {
-        context& m_context;
-        int m_num_exceptions = std::uncaught_exceptions();
-        ~base_frame() noexcept(false) {
-            if (std::uncaught_exceptions() == m_num_exceptions)
-                m_context.return_to_scope(m_context.m_base_lvl);
-            else
-                m_context.abandon_to_scope(m_context.m_base_lvl);
-        }
-    };
     int result;
     {
-        base_frame const frame{*this};
-        assert_extra_assumptions();
+        base_frame const frame(*this);
+        assert_extra_assumptions(true);
         if (inconsistent()) {
             if (m_failed_assumption != null_literal) m_unsat_core.push_back(m_failed_assumption.index());
             return -1;
@@ -121,11 +109,12 @@ void context::finish_search(int& result) {
 }
 
 void context::build_model() {
-    if (!g_build_model) return;
+    if (!g_build_model && !m_need_assignment) return;
     m_model.reset();
     m_model.m_bool_assignment.resize(num_bool_vars(), 0);
     for (unsigned var = first_bool_var; var < num_bool_vars(); ++var)
         m_model.m_bool_assignment[var] = m_assignment[2 * var];
+    if (!g_build_model) return;
     m_model.m_valid = true;
     m_egraph->build_model(m_model);
 }
@@ -194,6 +183,10 @@ bool default_search_callback(context*) { return true; }
 } // namespace
 
 void context::remove_search_callback() { m_search_callback = default_search_callback; }
+
+void context::set_improvement_callback(std::function<void(context&)> callback) {
+    m_improvement_callback = std::move(callback);
+}
 
 void context::set_progress_callback(std::function<void(context&)> callback, unsigned interval) {
     VEXOR_ASSERT(interval != 0 && (interval & (interval - 1)) == 0);

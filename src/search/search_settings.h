@@ -1,6 +1,8 @@
 // Settings of the search, plain globals shared by all contexts of the process.
 #pragma once
 
+#include "base/numeral.h"
+
 namespace vexor {
 
 // Default phase of a decision: 0 false, 1 true, 4 the value that the variable had last (false at first), 5
@@ -29,5 +31,14 @@ extern bool g_build_model;
 extern unsigned g_restart_limit;
 // Simplifies at scope 0 after each propagation, whatever it costs: for tests of rare paths.
 extern bool g_simplify_always;
+// Conflicts in one run of max_sat between two restarts, once it has a model.
+extern unsigned g_max_num_conflicts_in_maxsat_iteration;
+// Runs of max_sat for one improvement, before it gives up; 0 for no limit.
+extern unsigned g_max_num_runs_in_maxsat_iteration;
+// Improvements of max_sat, before it gives up.
+extern unsigned g_max_num_iterations_in_maxsat;
+// Lets max_sat begin with models of at most the given cost.
+extern bool g_use_initial_maxsat_cost;
+extern numeral g_initial_maxsat_cost;
 
 } // namespace vexor

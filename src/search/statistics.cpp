@@ -34,6 +34,7 @@ void statistics::display(std::ostream& out, char const* prefix) const {
     line(out, prefix, "search.minimized-literals", m_num_minimized_literals);
     line(out, prefix, "search.simplified-clauses", m_num_simplified_clauses);
     line(out, prefix, "search.deleted-clauses", m_num_deleted_clauses);
+    line(out, prefix, "search.maxsat-iterations", m_num_maxsat_iterations);
     line(out, prefix, "search.collections", m_num_collections);
     line(out, prefix, "process.cpu-seconds", m_cpu_seconds);
     line(out, prefix, "process.memory-mb", static_cast<double>(m_memory_bytes) / (1024.0 * 1024.0));

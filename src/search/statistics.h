@@ -17,6 +17,7 @@ struct statistics {
     std::uint64_t m_num_minimized_literals = 0; // and after it
     std::uint64_t m_num_simplified_clauses = 0; // clauses removed as satisfied at scope 0
     std::uint64_t m_num_deleted_clauses = 0;    // learned clauses removed by the deletion schedule
+    std::uint64_t m_num_maxsat_iterations = 0;  // searches within max_sat
     std::uint64_t m_num_collections = 0;        // times the clause memory was compacted
 
     // Figures at the time of the call, filled in by context::get_statistics.

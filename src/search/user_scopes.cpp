@@ -13,6 +13,7 @@ void context::push() {
     base_level_trail record;
     record.m_num_bool_vars = num_bool_vars();
     record.m_num_assumptions = m_assumptions.size();
+    record.m_num_weighted_vars = m_weighted_vars.size();
     record.m_num_input_clauses = m_num_input_clauses;
     record.m_num_problem_clauses = m_problem_clauses.size();
     record.m_num_learned_clauses = m_learned_clauses.size();
@@ -46,6 +47,7 @@ void context::pop_core(unsigned n, bool keep_model) {
 
 void context::undo_base_level_trail(base_level_trail& record) {
     m_assumptions.shrink(record.m_num_assumptions);
+    m_weighted_vars.shrink(record.m_num_weighted_vars);
     m_num_input_clauses = record.m_num_input_clauses;
     for (svector<clause_ref>* list : {&m_problem_clauses, &m_learned_clauses}) {
         unsigned const num_kept =
