@@ -55,6 +55,8 @@ public:
     // The same for an image. literal: an existing node for it with the sign, or null.
     void add_image(expr* e, bool negated, expr* literal = nullptr);
     bool is_true() const { return m_is_true; }
+    // Number of disjuncts, 0 when the whole is true.
+    unsigned size() const;
     // The disjunction; reused if it has the same disjuncts in the same order, else a new node at position
     // pos.
     shared_ptr<expr> to_expr(ast_manager* m, int pos, application* reused = nullptr);
@@ -66,7 +68,6 @@ private:
     void add_atom(expr* atom, bool negated, expr* literal);
     bool is_known(expr* atom, bool negated);
     void make_table();
-    unsigned size() const;
     disjunct& at(unsigned i) const;
     void make_true();
 

@@ -111,15 +111,19 @@ simplify_visitor::unfolding::unfolding(simplify_visitor& v, name_expr* n)
 // Built-in names and those of data types stand for themselves.
 void simplify_visitor::visit(immutable_name_expr* n) { keep(n); }
 
-// Enters an image of the variable: itself, or a new one where other images know it already. A type without
-// free variables stays, so that the variable does.
-shared_ptr<var_decl> simplify_visitor::bind_variable(var_decl* d) {
-    shared_ptr<var_decl> image = d;
-    if (d->get_type() != nullptr && d->get_type()->has_free_vars()) {
-        accept_core(d);
-        image = static_cast<var_decl*>(m_result.get());
+// Enters an image of the variable, of the given type: itself, or a new one where the type is another one or
+// other images know the variable already.
+shared_ptr<var_decl> simplify_visitor::bind_variable(var_decl* d, type* of) {
+    shared_ptr<type> image_type = of;
+    if (of != nullptr && of->has_free_vars()) {
+        accept_core(of);
+        image_type = static_cast<type*>(m_result.get());
     }
-    if (image.get() == d && m_image_variables.contains(d)) image = d->clone();
+    shared_ptr<var_decl> image = d;
+    if (image_type.get() != d->get_type() || m_image_variables.contains(d)) {
+        image = d->clone();
+        image->set_type(image_type);
+    }
     if (m_image_variables.insert(image.get())) m_kept_variables.push_back(image.get());
     if (!d->is_anonymous()) get_env()->bind(d, image.get(), false);
     return image;
@@ -139,7 +143,7 @@ void simplify_visitor::visit(binding_expr* n) {
     shared_ptr_vector<var_decl> bindings;
     bool changed = false;
     for (var_decl* d : n->get_bindings()) {
-        shared_ptr<var_decl> image = bind_variable(d);
+        shared_ptr<var_decl> image = bind_variable(d, d->get_type());
         changed |= image.get() != d;
         bindings.push_back(image.get());
     }

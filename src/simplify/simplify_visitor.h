@@ -16,6 +16,7 @@
 #pragma once
 
 #include "ast/map_ext_visitor.h"
+#include "simplify/occurrences.h"
 #include "simplify/simplify_or_visitor.h"
 
 namespace vexor {
@@ -67,6 +68,8 @@ public:
     shared_ptr<expr> create_ite(expr* c, expr* t, expr* e);
     shared_ptr<expr> create_eq(expr* a, expr* b);
     shared_ptr<expr> create_application(expr* fun, image_list const& args, int pos);
+    shared_ptr<expr> create_selection(expr* tuple, unsigned idx, int pos);
+    shared_ptr<expr> create_selection(expr* record, identifier* id, int pos);
 
     using map_ext_visitor::visit;
     // Names and binders.
@@ -74,6 +77,8 @@ public:
     void visit(immutable_name_expr* n) override;
     void visit(let_expr* n) override;
     void visit(binding_expr* n) override;
+    void visit(quantified_expr* n) override;
+    void visit(fresh_vars_expr* n) override;
     // Boolean structure.
     void visit(or_name_expr* fun, application* a) override;
     void visit(and_name_expr* fun, application* a) override;
@@ -96,9 +101,16 @@ public:
     // Applications.
     void visit(expr* fun, application* a) override;
     void visit(name_expr* fun, application* a) override;
+    // Tuples, records and data types.
+    void visit(tuple_selection* n) override;
+    void visit(record_selection* n) override;
+    void visit(tuple_update_expr* n) override;
+    void visit(record_update_expr* n) override;
+    void visit(accessor_name_expr* fun, application* a) override;
+    void visit(recognizer_name_expr* fun, application* a) override;
 
 private:
-    friend class simplify_or_visitor;
+    friend class simplify_or_visitor; // works in m_or_lists
 
     // One more recursive call is being unfolded; throws when there were too many.
     class unfolding {
@@ -116,6 +128,8 @@ private:
     void simplify_arith(application* a, bool is_predicate);
     // m_result is the application with images for its arguments, itself if none of them changed.
     void process_app(application* a);
+    // The same for an application to one argument, whose image is given.
+    void rebuild(application* a, expr* arg);
 
     // What a name stands for. changed: it is a definition, a source term; otherwise the result is an image.
     shared_ptr<expr> convert_name_expr(name_expr* n, bool expand_recursive, bool& changed);
@@ -130,10 +144,14 @@ private:
     void protect_free_variables(expr* image);
     shared_ptr<expr> read_update(function_update_expr* u, image_list const& args, int pos);
     shared_ptr<expr> at_position(function_update_expr* u, image_list const& args);
-    shared_ptr<var_decl> bind_variable(var_decl* d);
+    shared_ptr<var_decl> bind_variable(var_decl* d, type* of);
+    void bind_quantified(quantified_expr* n, shared_ptr_vector<var_decl>& variables,
+                         shared_ptr_vector<expr>& restrictions);
+    shared_ptr<expr> restrict_body(bool is_forall, shared_ptr_vector<expr> const& restrictions, expr* body);
 
     bool m_unfold_recursive = true;             // see set_unfold_recursive
     unsigned m_unfold_depth = 0;                // recursive calls being unfolded
+    occurrences m_occurrences;                  // of variables in images
     unsigned m_num_unfoldings = 0;              // recursive calls unfolded in this run
     shared_ptr_vector<expr> m_images;           // see image_list
     simplify_or_visitor::work_lists m_or_lists; // of the connectives being simplified

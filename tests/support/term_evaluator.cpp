@@ -53,6 +53,14 @@ bool value::operator<(value const& other) const {
 
 std::vector<value> term_evaluator::all_values(type* t) {
     std::vector<value> result;
+    if (is_a<subtype>(t)) {
+        auto* s = static_cast<subtype*>(t);
+        for (value const& v : all_values(s->get_decl()->get_type())) {
+            m_variables[s->get_decl()] = v;
+            if (is_true(s->get_pred())) result.push_back(v);
+        }
+        return result;
+    }
     if (auto* bv = cast_type<bitvector_type>(t)) {
         for (word w = 0; w <= ones(bv->get_size()); ++w) result.push_back(number(w));
         return result;
@@ -82,13 +90,6 @@ std::vector<value> term_evaluator::all_values(type* t) {
         for (std::size_t i = 0; i < product(domain).size(); ++i)
             columns.push_back(all_values(f->get_range()));
         for (auto& row : product(columns)) result.push_back({0, row});
-        return result;
-    }
-    if (auto* s = cast_type<subtype>(t)) {
-        for (value const& v : all_values(s->get_decl()->get_type())) {
-            m_variables[s->get_decl()] = v;
-            if (is_true(s->get_pred())) result.push_back(v);
-        }
         return result;
     }
     if (is_a<int_type_name>(t)) return {number(-1), number(0), number(1), number(2)};
@@ -167,7 +168,6 @@ value term_evaluator::operator()(expr* e) {
     if (e->is_scalar()) return number(static_cast<scalar_name_expr*>(e)->get_element()->get_index());
     if (e->is_name_expr()) {
         var_decl* d = static_cast<name_expr*>(e)->get_decl();
-        if (d->is_let_decl()) return (*this)(static_cast<let_decl*>(d)->get_definition());
         if (d->is_const_decl() && static_cast<const_decl*>(d)->has_definition())
             return (*this)(static_cast<const_decl*>(d)->get_raw_definition());
         auto& values = d->is_const_decl() ? m_constants : m_variables;
@@ -181,7 +181,14 @@ value term_evaluator::operator()(expr* e) {
         return number(mod_2k(c->get_value(), c->get_size()));
     }
     if (e->is_quantified_expr() || e->is_lambda()) return evaluate_binder(static_cast<binding_expr*>(e));
-    if (is_a<let_expr>(e)) return (*this)(static_cast<let_expr*>(e)->get_expr());
+    if (is_a<let_expr>(e)) {
+        auto* let = static_cast<let_expr*>(e);
+        auto outer = m_variables;
+        for (let_decl* d : let->get_bindings()) m_variables[d] = (*this)(d->get_definition());
+        value result = (*this)(let->get_expr());
+        m_variables = outer;
+        return result;
+    }
     if (is_a<tuple_selection>(e)) {
         auto* s = static_cast<tuple_selection*>(e);
         return (*this)(s->get_tuple()).m_parts[s->get_idx()];
