@@ -7,7 +7,7 @@ named_specification_exception::named_specification_exception(position_tracker::p
                                                              char const* after)
     : specification_exception(pos)
     , m_name(name.c_str())
-    , m_text(before + m_name + after) {}
+    , m_text(std::string(before).append(m_name).append(after)) {}
 
 #define VEXOR_AST_ERROR(CLASS, TEXT)                                                                         \
     char const* CLASS::what_core() const noexcept { return TEXT; }

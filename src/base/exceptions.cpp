@@ -31,9 +31,9 @@ feature_not_implemented_exception::feature_not_implemented_exception(std::string
                                                                      std::string const& printed_term)
     : m_text(text)
     , m_position(pos) {
-    if (is_known(pos)) m_message = print(pos) + " ";
-    m_message += "feature not supported: " + text;
-    if (!printed_term.empty()) m_message += " " + printed_term;
+    if (is_known(pos)) m_message = print(pos).append(" ");
+    m_message.append("feature not supported: ").append(text);
+    if (!printed_term.empty()) m_message.append(" ").append(printed_term);
     m_message += ".";
 }
 
@@ -47,7 +47,7 @@ char const* specification_exception::what_core() const noexcept { return "Unspec
 
 char const* specification_exception::what() const noexcept {
     try {
-        m_message = print(m_position) + " " + what_core();
+        m_message = print(m_position).append(" ").append(what_core());
         return m_message.c_str();
     } catch (...) { // out of memory: the sentence alone needs none
         return what_core();
