@@ -2,6 +2,7 @@
 
 #include <ios>
 #include <iostream>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -15,6 +16,7 @@
 #include "model_check.h"
 #include "progress.h"
 #include "search/context.h"
+#include "search/search_settings.h"
 #include "stop_request.h"
 
 namespace vexor_tool {
@@ -42,9 +44,9 @@ public:
     int run() {
         int answer = decide();
         m_watch->set_context(nullptr);
-        if (answer > 0 && m_options.m_validate) answer = validate();
+        if (has_model(answer) && m_options.m_validate && !validate()) answer = 0;
         print(answer);
-        return exit_code_of(answer);
+        return exit_code_of(answer, m_max_sat);
     }
 
     // For an object that is not destroyed: the watch must not outlive the work.
@@ -59,27 +61,47 @@ private:
         } catch (interrupted_exception const&) {
             return 0;
         }
-        m_num_vars = static_cast<int>(m_context.num_bool_vars()) - vexor::first_bool_var;
+        m_num_vars = static_cast<int>(m_context.num_bool_vars() - m_context.get_weighted_vars().size()) -
+                     vexor::first_bool_var;
         if (m_context.inconsistent()) return -1;
         if (stop_requested() != stop_reason::none) return 0;
         if (!m_options.m_quiet) show_progress(m_context);
-        return m_context.check();
+        return m_max_sat ? minimize() : m_context.check();
     }
 
-    // The answer that stands after the check: a stop while the file is read again leaves it open.
-    int validate() {
+    // The time limit, not a number of rounds, is what ends the search.
+    int minimize() {
+        vexor::g_max_num_runs_in_maxsat_iteration = 0;
+        vexor::g_max_num_iterations_in_maxsat = std::numeric_limits<unsigned>::max();
+        m_context.set_improvement_callback(
+            [](vexor::context& ctx) { print_cost(std::cout, ctx.get_model()); });
+        int const answer = m_context.max_sat();
+        // Without soft clauses there was nothing to improve.
+        if (answer > 0 && m_context.get_weighted_vars().empty()) print_cost(std::cout, m_context.get_model());
+        return answer;
+    }
+
+    // A stop leaves the best model so far.
+    [[nodiscard]] bool has_model(int answer) const {
+        return answer > 0 || (m_max_sat && answer == 0 && m_context.get_model().is_valid());
+    }
+
+    // False if a stop while the file is read again leaves the answer open.
+    bool validate() {
         try {
             m_input->rewind();
-            if (satisfies_file(m_context.get_model(), m_input->stream(), m_input->name().c_str())) return 1;
+            if (satisfies_file(m_context.get_model(), m_input->stream(), m_input->name().c_str(), m_max_sat))
+                return true;
         } catch (interrupted_exception const&) {
-            return 0;
+            return false;
         }
         throw std::runtime_error("the assignment found does not satisfy the file");
     }
 
     void print(int answer) {
-        print_status(std::cout, answer);
-        if (answer > 0 && m_options.m_print_model) print_values(std::cout, m_context.get_model(), m_num_vars);
+        print_status(std::cout, answer, m_max_sat);
+        if (has_model(answer) && m_options.m_print_model)
+            print_values(std::cout, m_context.get_model(), m_num_vars);
         if (m_options.m_stats || stop_requested() == stop_reason::signal) {
             m_context.get_statistics().display(std::cout, "c ");
         }
@@ -91,8 +113,8 @@ private:
     std::optional<stop_watch> m_watch; // ends before the context
     std::string m_file;                // as on the command line
     std::unique_ptr<input> m_input;    // set once it could be opened
-    bool m_max_sat;                    // weights are prices
-    int m_num_vars = 0;                // of the file
+    bool m_max_sat;                    // weights are prices, to be minimized
+    int m_num_vars = 0;                // of the file, guards of soft clauses apart
 };
 
 } // namespace

@@ -47,11 +47,16 @@ private:
 
 } // namespace
 
-int exit_code_of(int answer) { return answer > 0 ? 10 : answer < 0 ? 20 : 0; }
-
-void print_status(std::ostream& out, int answer) {
-    out << (answer > 0 ? "s SATISFIABLE\n" : answer < 0 ? "s UNSATISFIABLE\n" : "s UNKNOWN\n");
+int exit_code_of(int answer, bool optimized) {
+    return answer > 0 ? (optimized ? 30 : 10) : answer < 0 ? 20 : 0;
 }
+
+void print_status(std::ostream& out, int answer, bool optimized) {
+    char const* const found = optimized ? "s OPTIMUM FOUND\n" : "s SATISFIABLE\n";
+    out << (answer > 0 ? found : answer < 0 ? "s UNSATISFIABLE\n" : "s UNKNOWN\n");
+}
+
+void print_cost(std::ostream& out, vexor::model const& m) { out << "o " << m.cost() << std::endl; }
 
 void print_values(std::ostream& out, vexor::model const& m, int num_vars) {
     value_lines lines(out);

@@ -169,7 +169,8 @@ void print_help(std::ostream& out) {
         out << "  " << std::left << std::setw(21) << left << " " << row.m_help << "\n";
     }
     out << "\n"
-           "The exit code is 10 for satisfiable, 20 for unsatisfiable, 0 for unknown and 1 after an error. "
+           "The exit code is 10 for satisfiable, 30 for a proven least cost of a weighted file, 20 for\n"
+           "unsatisfiable, 0 for unknown and 1 after an error. "
            "For several\n"
            "files it is the code on which all agree, else 0, and 1 if any of them had an error.\n";
 }

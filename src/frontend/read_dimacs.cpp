@@ -46,8 +46,9 @@ public:
         for (literal l : literals) m_context.prefetch(l);
     }
 
-    void add_soft_clause(svector<literal>&, long) override {
-        throw feature_not_implemented_exception("soft clauses");
+    void add_soft_clause(svector<literal>& literals, long weight) override {
+        literals.push_back(m_context.create_fresh_weighted_bool_var(weight));
+        add_hard_clause(literals);
     }
 
 private:

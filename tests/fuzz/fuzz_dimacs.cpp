@@ -39,7 +39,7 @@ public:
         m_formula.clauses.push_back(clause);
     }
     void add_soft_clause(svector<literal>& literals, long weight) override {
-        require(weight > 0, "a weight that is not positive");
+        require(weight >= 0, "a negative weight");
         add_hard_clause(literals);
         m_formula.clauses.back().push_back(0); // tells it from a hard one
     }

@@ -200,6 +200,37 @@ TEST(cli, the_format_follows_the_ending_or_the_option) {
     EXPECT_EQ(10, vexor({"--format=cnf", "--", dash.path()}).exit_code);
 }
 
+TEST(cli, a_weighted_file_is_solved_at_the_least_cost) {
+    temporary_file weighted("a.wcnf", "p wcnf 2 4 10\n10 -1 -2 0\n4 1 0\n6 2 0\n5000000000 1 2 0\n");
+    program_run run = vexor({weighted.path()});
+    EXPECT_EQ(30, run.exit_code);
+    EXPECT_EQ("", run.err);
+    EXPECT_NE(std::string::npos, run.out.find("o 4\ns OPTIMUM FOUND\nv -1 2 0\n")) << run.out;
+    run = vexor({"--validate", "--no-model", weighted.path()});
+    EXPECT_EQ(30, run.exit_code);
+    EXPECT_EQ(std::string::npos, run.out.find("\nv"));
+    // By another name the weights are only read.
+    EXPECT_EQ(20, vexor({"--format", "cnf", weighted.path()}).exit_code);
+    EXPECT_EQ(30, vexor_reads("p wcnf 1 1\n3 1 0\n", {"--format", "wcnf"}).exit_code);
+    run = vexor_reads("p wcnf 1 1 3\n3 1 0\n", {"--format", "wcnf"});
+    EXPECT_EQ("o 0\ns OPTIMUM FOUND\nv 1 0\n", run.out);
+}
+
+TEST(cli, an_unsatisfiable_hard_part_has_no_cost) {
+    program_run run = vexor_reads("p wcnf 2 4 9\n3 1 0 9 1 0 9 -1 2 0 9 -2 0\n", {"--format", "wcnf"});
+    EXPECT_EQ(20, run.exit_code);
+    EXPECT_EQ("s UNSATISFIABLE\n", run.out);
+}
+
+TEST(cli, a_time_limit_leaves_the_best_cost_so_far) {
+    // All clauses are soft: to violate none takes a refutation out of reach, to violate one is easy.
+    temporary_file hard("hard.wcnf", pigeons(12));
+    program_run run = vexor({"--timeout", "1", hard.path()});
+    EXPECT_EQ(0, run.exit_code);
+    EXPECT_EQ(0u, run.out.find("o ")) << run.out;
+    EXPECT_NE(std::string::npos, run.out.find("\ns UNKNOWN\nv ")) << run.out;
+}
+
 TEST(cli, files_that_cannot_be_read) {
     program_run run = vexor({"/nowhere/a.cnf"});
     EXPECT_EQ(1, run.exit_code);

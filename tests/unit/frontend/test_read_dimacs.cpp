@@ -10,6 +10,7 @@
 #include "support/check_model.h"
 #include "support/random.h"
 #include "support/run_program.h"
+#include "support/weighted_context.h"
 
 using namespace vexor;
 
@@ -115,6 +116,87 @@ TEST(read_dimacs, weights_are_ignored_without_max_sat) {
     EXPECT_EQ(6u, ctx.num_bool_vars());
     EXPECT_EQ(1, ctx.check());
     EXPECT_EQ(-1, ctx.get_model().value(4));
+}
+
+TEST(read_dimacs, a_soft_clause_has_a_guard_behind_the_variables) {
+    context ctx;
+    read(ctx, "p wcnf 3 2\n10 1 -2 0\n", true);
+    EXPECT_EQ(7u, ctx.num_bool_vars());
+    ASSERT_EQ(1u, ctx.get_weighted_vars().size());
+    EXPECT_EQ(6, ctx.get_weighted_vars()[0].m_var);
+    EXPECT_EQ(numeral(10), ctx.get_weighted_vars()[0].m_weight);
+    ctx.assert_literal(literal(3, true));
+    ctx.assert_literal(literal(4));
+    EXPECT_TRUE(ctx.propagate_constraints());
+    EXPECT_EQ(1, ctx.value(literal(6)));
+    EXPECT_EQ(1, ctx.max_sat());
+    EXPECT_EQ(numeral(10), ctx.get_model().cost());
+}
+
+TEST(read_dimacs, a_lower_limit_makes_a_weighted_clause_hard) {
+    set_dimacs_max_weight(5);
+    context ctx;
+    read(ctx, "p wcnf 3 2\n10 1 -2 0\n", true);
+    set_dimacs_max_weight(1000000);
+    EXPECT_EQ(6u, ctx.num_bool_vars());
+    EXPECT_TRUE(ctx.get_weighted_vars().empty());
+}
+
+TEST(read_dimacs, a_plain_file_has_clauses_of_weight_one) {
+    context ctx;
+    read(ctx, "p cnf 1 3\n1 0 -1 0 -1 0 0", true);
+    EXPECT_EQ(4u, ctx.get_weighted_vars().size());
+    EXPECT_EQ(1, ctx.max_sat());
+    EXPECT_EQ(numeral(2), ctx.get_model().cost());
+    // The next file has no prices.
+    read(ctx, "p wcnf 1 2 9\n3 1 0 4 -1 0\n", false);
+    EXPECT_EQ(4u, ctx.get_weighted_vars().size());
+    EXPECT_EQ(-1, ctx.max_sat());
+}
+
+TEST(read_dimacs, weights_are_exact) {
+    context ctx;
+    read(ctx, "p wcnf 1 3 9223372036854775806\n9223372036854775805 1 0 9223372036854775804 -1 0 0 1 0\n",
+         true);
+    EXPECT_EQ(1, ctx.max_sat());
+    EXPECT_EQ(numeral("9223372036854775804", 10), ctx.get_model().cost());
+    context two;
+    read(two, "p wcnf 1 3 9223372036854775806\n9223372036854775805 0 9223372036854775805 0\n", true);
+    EXPECT_EQ(1, two.max_sat());
+    EXPECT_EQ(numeral("18446744073709551610", 10), two.get_model().cost());
+}
+
+TEST(read_dimacs, random_weighted_formulas_have_their_least_cost) {
+    for (unsigned round = 0; round < vexor_test::rounds(1000); ++round) {
+        std::uint64_t seed = vexor_test::first_seed(5000) + round;
+        SCOPED_TRACE(seed);
+        vexor_test::random_stream random(seed);
+        vexor_test::weighted_problem problem;
+        problem.num_vars = random.between(1, 8);
+        int const top = random.between(2, 40);
+        std::ostringstream text;
+        text << "p wcnf " << problem.num_vars << " 0 " << top << "\n";
+        for (int i = random.between(0, 25); i > 0; --i) {
+            vexor_test::plain_clause const clause = vexor_test::random_clause(random, problem.num_vars, 3);
+            int const weight = random.chance(40) ? random.between(top, top + 3) : random.between(0, top - 1);
+            text << weight << " ";
+            for (int lit : clause) text << lit << " ";
+            text << "0\n";
+            if (weight >= top)
+                problem.clauses.push_back(clause);
+            else
+                problem.softs.push_back({clause, weight});
+        }
+        vexor_test::optimum const expected = vexor_test::best_cost(problem);
+        context ctx;
+        read(ctx, text.str(), true);
+        ASSERT_EQ(expected.exists ? 1 : -1, ctx.max_sat()) << text.str();
+        if (!expected.exists) continue;
+        ASSERT_EQ(numeral(expected.cost), ctx.get_model().cost()) << text.str();
+        unsigned const a = vexor_test::assignment_of(ctx.get_model(), problem.num_vars);
+        ASSERT_TRUE(satisfies(problem, a)) << text.str();
+        ASSERT_EQ(expected.cost, cost_of(problem, a)) << text.str();
+    }
 }
 
 TEST(read_dimacs, random_formulas_agree_with_trying_all_assignments) {
