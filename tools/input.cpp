@@ -6,6 +6,7 @@
 #include <sstream>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 #include "stop_request.h"
 
@@ -23,7 +24,16 @@ int open_file(std::string const& path) {
     }
 }
 
+// Standard input with its first block, after a look at it and until an input takes it over.
+std::unique_ptr<descriptor_buffer> g_peeked_input;
+
 } // namespace
+
+int peek_standard_input() {
+    if (!g_peeked_input) g_peeked_input = std::make_unique<descriptor_buffer>(STDIN_FILENO);
+    auto const first = g_peeked_input->sgetc();
+    return first == std::streambuf::traits_type::eof() ? -1 : first;
+}
 
 std::size_t descriptor_buffer::read_some(char* target, std::size_t count) {
     for (;;) {
@@ -63,7 +73,10 @@ input::input(std::string const& path)
     : m_name(path == "-" ? "<stdin>" : path)
     , m_descriptor(path == "-" ? STDIN_FILENO : open_file(path))
     , m_stream(nullptr) {
-    m_buffer = std::make_unique<descriptor_buffer>(m_descriptor);
+    if (m_descriptor == STDIN_FILENO && g_peeked_input)
+        m_buffer = std::move(g_peeked_input);
+    else
+        m_buffer = std::make_unique<descriptor_buffer>(m_descriptor);
     m_stream.rdbuf(m_buffer.get());
 }
 

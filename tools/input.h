@@ -37,6 +37,10 @@ private:
     std::vector<char> m_block = std::vector<char>(1 << 16); // for readers that go byte by byte
 };
 
+// The first character of standard input, -1 at its end; it is read again by the input that is opened next.
+// Throws like an input's stream.
+int peek_standard_input();
+
 // One input, opened for its lifetime. Throws std::system_error if it cannot be opened, interrupted_exception
 // if a stop is requested meanwhile.
 class input {

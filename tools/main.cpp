@@ -3,11 +3,14 @@
 #include <iostream>
 #include <string>
 #include <system_error>
+#include <unistd.h>
 
 #include "base/diagnostics.h"
 #include "base/exceptions.h"
 #include "base/memory.h"
 #include "dimacs_command.h"
+#include "input.h"
+#include "native_command.h"
 #include "options.h"
 #include "parse_command.h"
 #include "stop_request.h"
@@ -18,12 +21,20 @@ using namespace vexor_tool;
 
 constexpr int exit_error = 1;
 
+// Standard input has no ending: a terminal is a session, and other text tells by its first character, since a
+// DIMACS file begins with a comment, a header or a number.
+bool is_native(options const& opts, std::string const& file) {
+    if (file != "-" || opts.m_format != input_format::by_name)
+        return format_of(opts, file) == input_format::native;
+    if (isatty(STDIN_FILENO) != 0) return true;
+    int const first = peek_standard_input();
+    return first == '(' || first == ';';
+}
+
 int run_file(options const& opts, std::string const& file, bool last_file) {
     try {
         if (opts.m_parse) return run_parse(opts, file);
-        if (format_of(opts, file) == input_format::native) {
-            throw vexor::feature_not_implemented_exception("files in vexor's own language");
-        }
+        if (is_native(opts, file)) return run_native(opts, file);
         return run_dimacs(opts, file, last_file);
     } catch (vexor::cnf_exception const& error) {
         std::cerr << error.what() << " ";

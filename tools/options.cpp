@@ -71,6 +71,8 @@ void apply_verbosity(options& opts, std::string const& argument) {
 
 // Sorted by name; the help is printed from here.
 option_row const g_table[] = {
+    {"--evidence", nullptr, nullptr, "native files: show models and unsatisfiable cores",
+     [](options& o, std::string const&) { o.m_evidence = true; }},
     {"--format", nullptr, "FORMAT", "read all files as cnf, wcnf or native, whatever their endings",
      apply_format},
     {"--help", "-h", nullptr, "print this text", [](options& o, std::string const&) { o.m_help = true; }},
@@ -84,7 +86,7 @@ option_row const g_table[] = {
     {"--stats", nullptr, nullptr, "print what the search counted",
      [](options& o, std::string const&) { o.m_stats = true; }},
     {"--timeout", nullptr, "SECONDS", "stop after this time on a file and answer unknown", apply_timeout},
-    {"--type-check", nullptr, nullptr, "with --parse: check the types of what was read",
+    {"--type-check", nullptr, nullptr, "native files: check the types of what is read",
      [](options& o, std::string const&) { o.m_type_check = true; }},
     {"--validate", nullptr, nullptr, "check the assignment against the file before answering",
      [](options& o, std::string const&) { o.m_validate = true; }},
@@ -158,8 +160,8 @@ void print_help(std::ostream& out) {
            "\n"
            "Decides each file: CNF (.cnf, .dimacs), weighted CNF (.wcnf) or, with any other ending, vexor's "
            "own\n"
-           "language. Without a file, or for '-', standard input is read, as CNF unless --format says "
-           "otherwise.\n"
+           "language. Without a file, or for '-', standard input is read; a terminal is a session in that "
+           "language.\n"
            "\n"
            "options:\n";
     for (option_row const& row : g_table) {

@@ -25,6 +25,7 @@ struct options {
     bool m_print_model = true;
     bool m_validate = false;
     bool m_parse = false;
+    bool m_evidence = false;
     print_terms m_print_terms = print_terms::none;
     bool m_type_check = false;
 };

@@ -49,8 +49,10 @@ public:
     unsigned get_bv_size() const { return m_bv_size; }
 
 protected:
-    // For a tracker that was replaced while the text was read.
-    void set_tracker(position_tracker* tracker) { m_tracker = tracker; }
+    // The tracker has begun a new span at the next character, after another file was read in between.
+    void restart_positions() {
+        m_block_pos = m_tracker->get_file_initial_pos() - (m_cursor - m_input.begin());
+    }
 
 private:
     struct known_word {

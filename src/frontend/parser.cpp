@@ -6,7 +6,7 @@
 namespace vexor {
 
 bool parser::m_sharing = false;
-vector<int> parser::m_assertion_id_manager;
+hash_map<int, int, int_hash> parser::m_assertion_id_manager;
 
 parser::parser(std::istream& stream, ast_manager* m, context* ctx)
     : lexer(stream, &m->get_position_tracker())

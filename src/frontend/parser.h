@@ -28,7 +28,7 @@ public:
     // one type_name for a type, one (not x) for a variable. For text that a machine wrote; read at each use.
     static bool m_sharing;
     // From the id of a retractable assertion to the position of its command.
-    static vector<int> m_assertion_id_manager;
+    static hash_map<int, int, int_hash> m_assertion_id_manager;
 
     // The context may be null when only expressions, types and definitions are read.
     parser(std::istream& stream, ast_manager* m, context* ctx = nullptr);

@@ -2,6 +2,7 @@
 #include "search/context.h"
 
 #include "base/diagnostics.h"
+#include "search/internalizer.h"
 
 #include <sys/resource.h>
 #include <utility>
@@ -55,6 +56,7 @@ void context::flush_data() {
 void context::reset() {
     flush_data();
     m_egraph->reset();
+    if (m_internalizer) m_internalizer->reset();
     m_stats = statistics();
     m_def2var.reset();
     m_assignment.reset();
@@ -65,6 +67,7 @@ void context::reset() {
     m_bool_var_bodies.reset();
     m_marks.reset();
     m_last_phase.reset();
+    m_is_guard.reset();
     m_has_atom.reset();
     m_var_heap.reset();
     m_var_inc = 1.0;
@@ -92,6 +95,7 @@ void context::reset() {
     m_failed_assumption = null_literal;
     m_assumptions_timestamp = 0;
     m_unsat_core.reset();
+    m_num_ignored_pushes = 0;
     m_type_correct = true;
     m_type_error.clear();
     m_incomplete = false;

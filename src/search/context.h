@@ -1,9 +1,12 @@
 // The solver's hub: Boolean variables, clauses, assignment, trail and scopes, and the search over them.
 #pragma once
 
+#include "ast/ast_fwd.h"
 #include "base/arena.h"
 #include "base/bitvector.h"
 #include "base/heap.h"
+#include "base/numeral.h"
+#include "base/shared_ptr.h"
 #include "base/vector.h"
 #include "search/bool_var_body.h"
 #include "search/clause.h"
@@ -31,7 +34,7 @@
 
 namespace vexor {
 
-class ast_manager;
+class internalizer;
 class restart_schedule;
 
 // One solver instance, used by one thread at a time.
@@ -58,8 +61,7 @@ public:
     [[nodiscard]] theory_hub& get_theory_hub() { return *m_egraph; }
     [[nodiscard]] ast_manager* get_manager() const { return m_ast_manager; }
 
-    // ---- Variables
-    // ------------------------------------------------------------------------------------------------
+    // --- Variables.
 
     int create_bool_var_core(bool_var_body body);
     // The positive literal of a new variable without definition.
@@ -71,8 +73,7 @@ public:
     // Tells the atom or equation behind var that it has (is_new) come to life or has survived a backjump.
     void init_bool_var(int var, bool is_new);
 
-    // ---- Clauses and constraints
-    // ----------------------------------------------------------------------------------
+    // --- Clauses and constraints.
 
     // The single entry of every clause. The result is null_clause when the clause has no record of its own:
     // trivially true, a unit, binary or empty. A clause that is false sets the conflict: test inconsistent()
@@ -105,8 +106,7 @@ public:
     // Sorted copy of in without duplicates and false literals; false if the clause is trivially true.
     bool copy_using_or_simplification_rules(svector<literal> const& in, svector<literal>& out) const;
 
-    // ---- Gates
-    // ----------------------------------------------------------------------------------------------------
+    // --- Gates.
 
     literal create_or(svector<literal> const& lits);
     literal create_or(literal a, literal b);
@@ -114,8 +114,7 @@ public:
     literal create_iff(literal a, literal b);
     literal create_ite(literal c, literal t, literal e);
 
-    // ---- Assignment
-    // -----------------------------------------------------------------------------------------------
+    // --- Assignment.
 
     // 1 true, -1 false, 0 unassigned.
     [[nodiscard]] int value(literal l) const { return m_assignment[static_cast<unsigned>(l.index())]; }
@@ -132,11 +131,14 @@ public:
     void set_binary_clause_conflict(literal a, literal b);
     [[nodiscard]] bool inconsistent() const { return !m_conflict.is_null(); }
 
-    // ---- Scopes
-    // ---------------------------------------------------------------------------------------------------
+    // --- Scopes.
 
     // Opens a user scope; nothing on an inconsistent or type-incorrect context.
-    void push();
+    // The result tells whether a scope was opened.
+    bool push();
+    // Pushes that opened nothing and whose pops are still to come; kept for the callers that count them.
+    [[nodiscard]] unsigned num_ignored_pushes() const { return m_num_ignored_pushes; }
+    void set_num_ignored_pushes(unsigned n) { m_num_ignored_pushes = n; }
     // Closes user scopes, at most those that exist. The model is dropped.
     void pop(unsigned n) { pop_core(n, false); }
     void pop_and_keep_model(unsigned n) { pop_core(n, true); }
@@ -154,16 +156,36 @@ public:
         push_trail_record(trail_word(new (m_region.allocate(sizeof(T))) T(record)));
     }
 
-    // ---- Assumptions
-    // ----------------------------------------------------------------------------------------------
+    // --- Assumptions.
 
     // From now on each check assumes l; the last entry for a variable wins.
     void add_assumption(literal l) { m_assumptions.push_back(l); }
     // Assumptions of the last failed check that took part in the refutation, as literal indices.
     [[nodiscard]] svector<int> const& get_unsat_core() const { return m_unsat_core; }
 
-    // ---- Weights
-    // ---------------------------------------------------------------------------------------------------
+    // --- Formulas.
+
+    // The translation of formulas; before the first assertion.
+    void set_internalizer(std::unique_ptr<internalizer> i);
+    // Asserts e for the current user scope. Nothing on an inconsistent or type-incorrect context. What is not
+    // supported, and with g_type_check what is ill-typed, raises an exception, and nothing of e stays.
+    void assert_cnstr(expr* e);
+    // The same with an id by which e can be retracted and appears in unsatisfiable cores.
+    int assert_retractable_cnstr(expr* e);
+    // The same, and max_sat may give e up at the price of the weight, which is above 0.
+    int assert_weighted_cnstr(expr* e, numeral const& weight);
+    // Lets go of a retractable or weighted assertion, until the pop of the current scope. False, and nothing
+    // happens, if id is none of a live assertion.
+    bool retract(int id);
+    [[nodiscard]] bool is_assertion_id(int id) const;
+    // The positive literal of a Boolean declaration's variable, made at the first request.
+    literal create_bool_var(var_decl* decl);
+    // The variable of a Boolean declaration, null_bool_var if there is none.
+    [[nodiscard]] int get_bool_var_for(var_decl* decl);
+    // Replaces e by its value in the model. Without a valid model e stays as it is.
+    void eval_in_model(shared_ptr<expr>& e);
+
+    // --- Weights.
 
     // From now on var costs weight when it is true. A check assumes it false; max_sat and
     // find_weighted_model leave it open. A last assumption of its positive literal takes the weight out.
@@ -182,8 +204,7 @@ public:
     // Called by max_sat at each model that is cheaper than the one before.
     void set_improvement_callback(std::function<void(context&)> callback);
 
-    // ---- Questions
-    // ------------------------------------------------------------------------------------------------
+    // --- Questions.
 
     int check();
     // Ends a running search as soon as its loops notice; the answer is then 0. May be called from any thread
@@ -203,6 +224,9 @@ public:
     void set_incompleteness() { m_incomplete = true; }
     [[nodiscard]] bool incomplete() const { return m_incomplete; }
 
+    // Whether the commands of the native language show models and cores.
+    [[nodiscard]] bool evidence() const { return m_evidence; }
+    void set_evidence(bool value) { m_evidence = value; }
     [[nodiscard]] model& get_model() { return m_model; }
     [[nodiscard]] model const& get_model() const { return m_model; }
     // With true, each satisfiable answer is checked against clauses, constraints and theories.
@@ -212,8 +236,7 @@ public:
     // Result of the last validation that check ran.
     [[nodiscard]] bool validation_failed() const { return m_validation_failed; }
 
-    // ---- Figures, display, self-check
-    // -----------------------------------------------------------------------------
+    // --- Figures, display, self-check.
 
     // The counters, with the figures of the present state and process filled in.
     [[nodiscard]] statistics get_statistics() const;
@@ -225,6 +248,7 @@ public:
     void display(std::ostream& out, literal l) const;
     void display_bool_var(std::ostream& out, int var) const;
     void display(std::ostream& out, clause const& c) const;
+    void display(std::ostream& out) const;
     [[nodiscard]] char const* get_name(gexplanation reason, literal l);
     // Recomputes the Boolean state from scratch and compares; at a fixpoint of propagation also that no
     // clause is unit or false. Aborts on the first difference.
@@ -360,6 +384,10 @@ private:
     void remove_half_of_learned_clauses();
     void remove_dead_clauses(svector<clause_ref>& list, unsigned first, bool decay);
 
+    // assertions.cpp
+    shared_ptr<expr> prepare_assertion(expr* e);
+    int assert_guarded(expr* prepared, literal guard);
+
     // gates.cpp
     literal lookup_gate(gate_kind kind);
     literal create_gate(gate_kind kind, svector<literal> const& args);
@@ -367,12 +395,12 @@ private:
     literal create_ite_core(literal c, literal t, literal e);
     [[nodiscard]] literal base_value(literal l) const;
 
-    // ---- State. Unless a remark says otherwise, reset() puts the start value back.
-    // --------------------------------
+    // --- State. Unless a remark says otherwise, reset() puts the start value back.
 
-    ast_manager* m_ast_manager;           // of the caller; not owned, may be null
-    std::unique_ptr<theory_hub> m_egraph; // the theories
-    model m_model;                        // of the last satisfiable answer
+    ast_manager* m_ast_manager;                   // of the caller; not owned, may be null
+    std::unique_ptr<theory_hub> m_egraph;         // the theories
+    std::unique_ptr<internalizer> m_internalizer; // null until set
+    model m_model;                                // of the last satisfiable answer
     statistics m_stats;
     random_numbers m_random; // not reset
     def_table m_def2var;     // variables by their definition
@@ -388,6 +416,7 @@ private:
     svector<double> m_activity;         // by variable
     svector<bool_var_body> m_bool_var_bodies; // by variable
     bitvector m_marks;                        // by variable: scratch of analysis, clear between analyses
+    bitvector m_is_guard;                     // by variable: the guard of a retractable or weighted assertion
     bitvector m_last_phase;                   // by variable: its value before it was last unassigned
     bitvector m_has_atom;                     // by variable: the body has theory content
     heap<var_lt> m_var_heap;                  // every unassigned variable from 3 on, by activity
@@ -436,8 +465,10 @@ private:
     std::atomic<bool> m_search_stopped{false};
     std::atomic<bool> m_in_search{false};
     bool m_type_correct = true;
-    bool m_incomplete = false;     // an answer "satisfiable" would only be "unknown"
-    bool m_validate_model = false; // not reset
+    bool m_incomplete = false;         // an answer "satisfiable" would only be "unknown"
+    bool m_evidence = false;           // not reset
+    unsigned m_num_ignored_pushes = 0; // pushes on a dead context that await their pops
+    bool m_validate_model = false;     // not reset
     bool m_validation_failed = false;
     std::string m_type_error;
     search_callback m_search_callback;                 // not reset

@@ -1,12 +1,9 @@
 #include "search/def_table.h"
 
-#include <cstdint>
+#include "ast/nodes.h"
 
 namespace vexor {
 
-unsigned decl_hash(var_decl const* decl) {
-    std::uintptr_t const word = reinterpret_cast<std::uintptr_t>(decl);
-    return static_cast<unsigned>(word >> 4);
-}
+unsigned decl_hash(var_decl const* decl) { return decl->get_id(); }
 
 } // namespace vexor

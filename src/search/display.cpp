@@ -1,11 +1,19 @@
 // Printed forms of variables, literals, clauses and reasons.
 #include "search/context.h"
 
+#include "ast/nodes.h"
+
 #include <ostream>
 
 namespace vexor {
 
-void context::display_bool_var(std::ostream& out, int var) const { out << "p!" << var; }
+void context::display_bool_var(std::ostream& out, int var) const {
+    bool_var_body const body = get_body(var);
+    if (body.tag() == bool_var_body::decl_body)
+        out << body.get_decl()->get_name().c_str();
+    else
+        out << "p!" << var;
+}
 
 void context::display(std::ostream& out, literal l) const {
     if (l == true_literal) {
@@ -28,6 +36,34 @@ void context::display(std::ostream& out, clause const& c) const {
         display(out, l);
     }
     out << ")";
+}
+
+// Units, clauses and constraints, one a line; learned clauses are left out.
+void context::display(std::ostream& out) const {
+    for (trail_word word : m_trail) {
+        if (!word.is_literal()) continue;
+        display(out, word.get_literal());
+        out << "\n";
+    }
+    for (unsigned i = 0; i < m_watches.size(); ++i) {
+        literal const n = ~literal::from_index(static_cast<int>(i));
+        for (literal const* it = m_watches[i].begin_literals(); it != m_watches[i].end_literals(); ++it) {
+            if (*it < n) continue;
+            out << "(clause ";
+            display(out, n);
+            out << " ";
+            display(out, *it);
+            out << ")\n";
+        }
+    }
+    for (clause_ref ref : m_problem_clauses) {
+        display(out, m_clauses[ref]);
+        out << "\n";
+    }
+    for (constraint* c : m_constraints) {
+        c->display(this, out);
+        out << "\n";
+    }
 }
 
 // For traces: how l came to hold.

@@ -72,8 +72,6 @@ private:
             for (unsigned s = 0; s <= std::min(scope, m_ctx.m_base_lvl); ++s)
                 is_floor |= ts == m_ctx.scope_floor(s);
             require(is_floor, "a timestamp is the position or a floor");
-            require(m_ctx.antecedent(l.var()).tag() == gexplanation::decision,
-                    "a lowered timestamp is a unit's");
         }
     }
 

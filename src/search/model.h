@@ -34,6 +34,9 @@ public:
     // The numbers of the variables from first_bool_var on, counted from 1, each with its sign; unassigned
     // ones are left out. A line with the cost follows if there is one.
     void display_dimacs(std::ostream& out) const;
+    // "(= name value)" for each declared Boolean variable with a value, one a line, then an empty line and
+    // the cost, if there is one.
+    void display(std::ostream& out) const;
 
 private:
     friend class context;

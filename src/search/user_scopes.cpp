@@ -1,14 +1,16 @@
 // Scopes of the user: push freezes the sizes of the databases, pop cuts them back.
 #include "search/context.h"
 
+#include "search/internalizer.h"
+
 namespace vexor {
 
 // What still waits at the base level is propagated first: in the new scope its consequences would be lost on
 // the way back.
-void context::push() {
+bool context::push() {
     VEXOR_ASSERT(at_base_lvl());
-    if (inconsistent() || !type_correct()) return;
-    if (!propagate_constraints()) return;
+    if (inconsistent() || !type_correct()) return false;
+    if (!propagate_constraints()) return false;
     create_backtrack_point();
     base_level_trail record;
     record.m_num_bool_vars = num_bool_vars();
@@ -27,6 +29,8 @@ void context::push() {
     // The floor of the new scope then differs from the timestamp of the last literal of the old one.
     push_trail_record(g_dummy_trail_object);
     m_egraph->save_base_level_trail();
+    if (m_internalizer) m_internalizer->push();
+    return true;
 }
 
 // One scope at a time, since backtrack undoes one base_level_trail. Inconsistency and type errors of the
@@ -69,6 +73,7 @@ void context::undo_base_level_trail(base_level_trail& record) {
         remove_binary_clause(record.m_binary_clauses[i]);
     while (num_bool_vars() > record.m_num_bool_vars) remove_bool_var();
     m_egraph->undo_base_level_trail();
+    if (m_internalizer) m_internalizer->pop();
     collect_clause_memory();
 }
 

@@ -1,6 +1,7 @@
 // Creation and removal of Boolean variables.
 #include "search/context.h"
 
+#include "ast/nodes.h"
 #include "base/memory.h"
 
 namespace vexor {
@@ -30,11 +31,29 @@ int context::create_bool_var_core(bool_var_body body) {
     m_bool_var_bodies.push_back(body);
     m_marks.push_back(false);
     m_last_phase.push_back(false);
+    m_is_guard.push_back(false);
     m_has_atom.push_back(body.has_atom());
     m_var_heap.set_bounds(n + 1);
     if (var >= first_bool_var) m_var_heap.insert(var);
     init_bool_var(var, true);
     if (m_scope_lvl != m_base_lvl) current_out_of_order_data().m_bool_vars.push_back(var);
+    return var;
+}
+
+// The variable holds a reference on its declaration, so that the body never dangles.
+literal context::create_bool_var(var_decl* decl) {
+    int const known = get_bool_var_for(decl);
+    if (known != null_bool_var) return literal(known);
+    decl->inc_ref();
+    int const var = create_bool_var_core(bool_var_body(decl));
+    m_def2var.insert(var);
+    return literal(var);
+}
+
+int context::get_bool_var_for(var_decl* decl) {
+    m_bool_var_bodies[dummy_decl_bool_var] = bool_var_body(decl);
+    int const var = m_def2var.find(dummy_decl_bool_var);
+    m_bool_var_bodies[dummy_decl_bool_var] = null_body;
     return var;
 }
 
@@ -69,6 +88,7 @@ void context::remove_bool_var() {
     m_bool_var_bodies.pop_back();
     m_marks.pop_back();
     m_last_phase.pop_back();
+    m_is_guard.pop_back();
     m_has_atom.pop_back();
 }
 
@@ -81,6 +101,7 @@ void context::free_body(int var) {
         break;
     case bool_var_body::decl_body:
         m_def2var.erase(var);
+        body.get_decl()->dec_ref();
         break;
     case bool_var_body::aux_body:
         m_def2var.erase(var);

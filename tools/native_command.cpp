@@ -1,0 +1,80 @@
+#include "native_command.h"
+
+#include <iostream>
+#include <optional>
+#include <string>
+#include <unistd.h>
+
+#include "ast/ast_manager.h"
+#include "ast/settings.h"
+#include "base/exceptions.h"
+#include "frontend/command_interpreter.h"
+#include "input.h"
+#include "internalize/default_ast_internalization_visitor.h"
+#include "line_editor.h"
+#include "progress.h"
+#include "search/context.h"
+#include "session_text.h"
+#include "stop_request.h"
+
+namespace vexor_tool {
+
+namespace {
+
+class native_run {
+public:
+    explicit native_run(options const& opts)
+        : m_context(&m_manager)
+        , m_watch(std::in_place, opts.m_timeout_seconds) {
+        vexor::init_internalizer(m_context);
+        vexor::build_predefined_functions(&m_context);
+        m_context.set_evidence(opts.m_evidence);
+        vexor::g_type_check = opts.m_type_check;
+        if (!opts.m_quiet) show_progress(m_context);
+        m_watch->set_context(&m_context);
+    }
+    ~native_run() { m_watch->set_context(nullptr); }
+
+    int run_file(std::string const& file) {
+        input source(file);
+        vexor::read(&m_context, source.stream(), source.name().c_str());
+        return 0;
+    }
+
+    // Commands are executed as soon as their parentheses are closed; one that fails ends nothing.
+    int run_session() {
+        line_editor editor;
+        session_text pending;
+        std::string line;
+        while (editor.read_line(pending.empty() ? "vexor> " : "  ...> ", line)) {
+            pending.append(line);
+            if (pending.is_open()) continue;
+            try {
+                vexor::read_from_string(&m_context, pending.take().c_str());
+            } catch (vexor::vexor_exception const& error) {
+                std::cerr << error.what() << "\n";
+            }
+            std::cout.flush();
+        }
+        std::cout << "\n";
+        return 0;
+    }
+
+    void print_statistics() { m_context.get_statistics().display(std::cout, "; "); }
+
+private:
+    vexor::ast_manager m_manager;
+    vexor::context m_context;
+    std::optional<stop_watch> m_watch; // ends before the context
+};
+
+} // namespace
+
+int run_native(options const& opts, std::string const& file) {
+    native_run work(opts);
+    int const code = file == "-" && isatty(STDIN_FILENO) != 0 ? work.run_session() : work.run_file(file);
+    if (opts.m_stats) work.print_statistics();
+    return code;
+}
+
+} // namespace vexor_tool
