@@ -61,6 +61,23 @@ TEST_F(hash_eq, the_same_variable_free_and_bound) {
     EXPECT_EQ(c->hash(), d->hash());
 }
 
+// One open node on both sides, under binders that bind different variables of it; no hash ends the comparison
+// early.
+TEST_F(hash_eq, a_shared_open_node_under_different_binders) {
+    struct without_hash : eq_visitor {
+        bool respects_hash() const override { return false; }
+    } v;
+    v_ptr x = var("x");
+    v_ptr y = var("y");
+    e_ptr sum = app<add_decl>({name(x.get()).get(), name(y.get()).get()});
+    e_ptr a = bind<lambda_expr>({x.get()}, sum.get());
+    e_ptr b = bind<lambda_expr>({y.get()}, sum.get());
+    EXPECT_FALSE(v(a.get(), b.get()));
+    EXPECT_FALSE(a->equals(b.get()));
+    v.reset();
+    EXPECT_TRUE(v(a.get(), bind<lambda_expr>({x.get()}, sum.get()).get()));
+}
+
 TEST_F(hash_eq, dependent_types) {
     // (-> n::nat (subrange 0 n)) with two names
     auto make = [&](char const* s) {

@@ -236,6 +236,24 @@ TEST_F(manager, generated_names_outlive_their_scope_and_what_they_point_to) {
     m.check_invariant();
 }
 
+// Even when the declaration of the type was never completed.
+TEST_F(manager, names_keep_their_type_alive) {
+    shared_ptr<type_decl> d = mk<type_decl>(id("t"), static_cast<type*>(nullptr), -1);
+    shared_ptr<type_name> t = d->create_type_name(-1);
+    shared_ptr<identifier> red = id("red"), c = id("c");
+    identifier* ids[1] = {red.get()};
+    m.create_scalar_type(d.get(), ids, 1, -1).reset();
+    shared_ptr<recognizer_decl> r = recognizer_decl::create_recognizer_decl(c.get(), t.get(), -1);
+    shared_ptr<constructor_decl> constructor = mk<constructor_decl>(c, t, r, -1);
+    constructor_decl* list[1] = {constructor.get()};
+    m.create_datatype(list, 1, -1).reset();
+    auto* element = static_cast<scalar_element_decl*>(m.find_const_decl(ustring("red")));
+    ASSERT_NE(element->get_scalar_type(), nullptr);
+    EXPECT_EQ(element->get_scalar_type()->size(), 1U);
+    ASSERT_NE(constructor->get_datatype(), nullptr);
+    EXPECT_EQ(constructor->get_datatype()->size(), 1U);
+}
+
 TEST_F(manager, datatypes) {
     shared_ptr<type_decl> d = declare_datatype("list", {{"nil", false}, {"cons", true}});
     auto* t = static_cast<datatype*>(d->get_definition());
