@@ -137,9 +137,11 @@ void type_pred_visitor::visit(record_type* n) {
     m_result = all;
 }
 
-// A variable of its own for a parameter, of the type as it is for the elements around.
+// A variable of its own for a parameter, of the type as it is for the elements around. Closed types are not
+// walked: in a deep type each would be, from each level above it.
 shared_ptr<var_decl> type_pred_visitor::bind_parameter(var_decl* parameter) {
-    shared_ptr<type> t = m_substitution(parameter->get_type());
+    shared_ptr<type> t = parameter->get_type();
+    if (t->has_free_vars()) t = m_substitution(t.get());
     shared_ptr<identifier> id = parameter->get_id_node();
     if (id.get() == nullptr) id = mk<identifier>(t);
     shared_ptr<var_decl> d = mk<var_decl>(id, t, -1);

@@ -152,6 +152,17 @@ TEST_F(type_pred, deep_types_and_types_of_many_paths) {
         }
         type_pred_visitor v(false);
         EXPECT_TRUE(is_app_of<int_pred_name_expr>(v(deep, e).get()));
+        // A function of a function of ...: below each there are the predicates of its argument.
+        shared_ptr<type> left = t.int_type();
+        shared_ptr<type> right = t.int_type();
+        for (int k = 0; k < 20000; ++k) {
+            left = function_type::construct_unary(left, t.int_type(), -1);
+            right = function_type::construct_unary(t.int_type(), right, -1);
+        }
+        shared_ptr<expr> left_pred = v(left, e);
+        EXPECT_TRUE(is_a<forall_expr>(left_pred));
+        shared_ptr<expr> right_pred = v(right, e);
+        EXPECT_TRUE(is_a<forall_expr>(right_pred));
         shared_ptr<type> shared = t.real_type();
         for (int k = 0; k < 200; ++k) {
             type* both = shared;
