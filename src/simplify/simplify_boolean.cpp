@@ -1,5 +1,7 @@
 // Boolean structure, if-then-else and equality.
 #include "ast/ast_manager.h"
+#include "ast/type_checker_exception.h"
+#include "simplify/bv_rewriter.h"
 #include "simplify/simplify_arith_visitor.h"
 #include "simplify/simplify_visitor.h"
 
@@ -98,6 +100,15 @@ bool is_value(expr* e) {
            is_a<bitvector_constant>(e) || is_a<typed_constant>(e);
 }
 
+// A malformed term has no type; it is somebody else's to report.
+bool is_number(expr* e) {
+    try {
+        return e->is_numeral();
+    } catch (type_checker_exception const&) {
+        return false;
+    }
+}
+
 bool is_scalar_or_same_class(expr* a, expr* b) {
     return (a->is_scalar() && b->is_scalar()) || a->get_cls_name() == b->get_cls_name();
 }
@@ -114,13 +125,15 @@ shared_ptr<expr> simplify_visitor::create_eq(expr* a, expr* b) {
     if (is_false(a)) return mk_not(b);
     if (is_true(b)) return a;
     if (is_false(b)) return mk_not(a);
-    if (a->is_numeral()) return simplify_arith_visitor(this).create_eq(a, b);
+    if (is_number(a)) return simplify_arith_visitor(this).create_eq(a, b);
+    unsigned width = bv_rewriter::width_of(a);
+    if (width > 0 && width == bv_rewriter::width_of(b)) return bv_rewriter(*this).mk_eq(a, b);
     return mk<application>(m->mk_name<eq_decl>(), a, b, -1);
 }
 
 void simplify_visitor::visit(eq_name_expr*, application* a) {
     if (a->num_args() != 2) return process_app(a);
-    if (a->get_arg(0)->is_numeral()) {
+    if (is_number(a->get_arg(0))) {
         m_result = simplify_arith_visitor(this)(a, true).get();
         return;
     }

@@ -25,6 +25,7 @@ bool simplify_visitor::image_list::differs_from(child_array<expr> const& terms) 
 // Variables that are free in the input are known before any binder is met: a binder of one of them, which an
 // image could be moved into, gets a new variable.
 shared_ptr<expr> simplify_visitor::operator()(expr* e) {
+    m_manager = e->get_manager();
     return on_deep_stack([&] {
         if (e->has_free_vars()) {
             for (var_decl* d : free_variables_of(e))

@@ -62,6 +62,9 @@ public:
         unsigned m_base; // where the list begins
     };
 
+    // Of the term being simplified.
+    ast_manager* get_manager() const { return m_manager; }
+
     // --- Builders; all arguments are images.
     shared_ptr<expr> create_or(expr* a, expr* b);
     shared_ptr<expr> create_and(expr* a, expr* b);
@@ -101,6 +104,36 @@ public:
     // Applications.
     void visit(expr* fun, application* a) override;
     void visit(name_expr* fun, application* a) override;
+    // Bit-vectors.
+    void visit(bitvector_constant* n) override;
+    void visit(bv_add_name_expr* fun, application* a) override;
+    void visit(bv_sub_name_expr* fun, application* a) override;
+    void visit(bv_minus_name_expr* fun, application* a) override;
+    void visit(bv_mul_name_expr* fun, application* a) override;
+    void visit(bv_and_name_expr* fun, application* a) override;
+    void visit(bv_or_name_expr* fun, application* a) override;
+    void visit(bv_xor_name_expr* fun, application* a) override;
+    void visit(bv_not_name_expr* fun, application* a) override;
+    void visit(bv_concat_name_expr* fun, application* a) override;
+    void visit(bv_extract_name_expr* fun, application* a) override;
+    void visit(bv_shift_left0_name_expr* fun, application* a) override;
+    void visit(bv_shift_left1_name_expr* fun, application* a) override;
+    void visit(bv_shift_right0_name_expr* fun, application* a) override;
+    void visit(bv_shift_right1_name_expr* fun, application* a) override;
+    void visit(bv_shift_righta_name_expr* fun, application* a) override;
+    void visit(bv_sign_extend_name_expr* fun, application* a) override;
+    void visit(bv_zero_extend_name_expr* fun, application* a) override;
+    void visit(bv_shl_name_expr* fun, application* a) override;
+    void visit(bv_lshr_name_expr* fun, application* a) override;
+    void visit(bv_ashr_name_expr* fun, application* a) override;
+    void visit(bv_lt_name_expr* fun, application* a) override;
+    void visit(bv_le_name_expr* fun, application* a) override;
+    void visit(bv_gt_name_expr* fun, application* a) override;
+    void visit(bv_ge_name_expr* fun, application* a) override;
+    void visit(sbv_lt_name_expr* fun, application* a) override;
+    void visit(sbv_le_name_expr* fun, application* a) override;
+    void visit(sbv_gt_name_expr* fun, application* a) override;
+    void visit(sbv_ge_name_expr* fun, application* a) override;
     // Tuples, records and data types.
     void visit(tuple_selection* n) override;
     void visit(record_selection* n) override;
@@ -126,6 +159,15 @@ private:
 
     void simplify_or(application* a, bool negated_outside);
     void simplify_arith(application* a, bool is_predicate);
+    void simplify_bv_sum(application* a, unsigned num_args);
+    template <class F>
+    void simplify_bv_shift(application* a, F build);
+    template <class F>
+    void simplify_bv_variable_shift(application* a, F build);
+    void simplify_bv_relation(application* a);
+    void keep_if_same(application* a, shared_ptr<expr> const& result);
+    // What process_app leaves in m_result.
+    application* image_app(application* a);
     // m_result is the application with images for its arguments, itself if none of them changed.
     void process_app(application* a);
     // The same for an application to one argument, whose image is given.
@@ -149,6 +191,7 @@ private:
                          shared_ptr_vector<expr>& restrictions);
     shared_ptr<expr> restrict_body(bool is_forall, shared_ptr_vector<expr> const& restrictions, expr* body);
 
+    ast_manager* m_manager = nullptr;           // see get_manager
     bool m_unfold_recursive = true;             // see set_unfold_recursive
     unsigned m_unfold_depth = 0;                // recursive calls being unfolded
     occurrences m_occurrences;                  // of variables in images

@@ -1,5 +1,4 @@
 // Quantifiers in normal form.
-#include "random_terms.h"
 #include "simplify_fixture.h"
 
 #include "simplify/occurrences.h"
@@ -8,9 +7,6 @@
 namespace vexor {
 namespace {
 
-using vexor_test::random_stream;
-using vexor_test::random_terms;
-using vexor_test::term_evaluator;
 using vexor_test::to_text;
 
 class simplify_quantifiers : public simplify_fixture {
@@ -164,42 +160,6 @@ TEST_F(simplify_quantifiers, deep_nests_on_a_small_stack) {
         for (expr* e : {same, joined, mixed}) EXPECT_NE(simple(e), nullptr);
     });
 }
-
-// --- Random closed terms with every construct, under random values of the constants.
-
-class random_quantifiers : public testing::Test {
-protected:
-    void check(unsigned first, unsigned rounds, unsigned depth, unsigned bv_percent,
-               unsigned binder_percent) {
-        std::uint64_t seed = vexor_test::first_seed(first);
-        for (unsigned round = 0; round < vexor_test::rounds(rounds); ++round, ++seed) {
-            SCOPED_TRACE(seed);
-            random_stream random(seed);
-            ast_manager m;
-            random_terms make(m);
-            make.m_bv_percent = bv_percent;
-            make.m_binder_percent = binder_percent;
-            expr* e = make.boolean(random, depth);
-            shared_ptr<expr> image = e, full = e;
-            basic_simplify(image);
-            simplify(full);
-            shared_ptr<expr> twice = image;
-            basic_simplify(twice);
-            for (unsigned i = 0; i < 8; ++i) {
-                term_evaluator before, after;
-                make.choose_constants(before, random);
-                after.m_constants = before.m_constants;
-                bool expected = before.is_true(e);
-                ASSERT_EQ(after.is_true(image.get()), expected) << to_text(e) << "\n" << to_text(image.get());
-                ASSERT_EQ(after.is_true(full.get()), expected) << to_text(e) << "\n" << to_text(full.get());
-                ASSERT_EQ(after.is_true(twice.get()), expected) << to_text(e) << "\n" << to_text(twice.get());
-            }
-        }
-    }
-};
-
-TEST_F(random_quantifiers, keep_their_meaning) { check(5000, 400, 4, 0, 35); }
-TEST_F(random_quantifiers, keep_their_meaning_in_deeper_terms) { check(6000, 100, 6, 0, 15); }
 
 } // namespace
 } // namespace vexor
