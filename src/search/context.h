@@ -257,6 +257,7 @@ public:
 private:
     friend class absurd_explanation;
     friend class base_frame;
+    friend class context_probe; // of the tests
     friend class invariant_checker;
     friend class max_sat_search;
     friend class search_frame;
@@ -356,8 +357,6 @@ private:
     void push_trail_record(trail_word record);
     void reanalyze(unsigned old_scope);
     void reanalyze_literals(svector<literal>& lits);
-    void reanalyze_bool_vars(svector<int>& vars);
-    void reanalyze_constraints(ptr_vector<constraint>& constraints);
     void reanalyze_binary_clauses(svector<binary_clause>& pairs);
     void reanalyze_clauses(svector<clause_ref>& refs);
     out_of_order_data& current_out_of_order_data();

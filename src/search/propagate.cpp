@@ -16,10 +16,15 @@
 //          where the clause is to look for another, and so change the course of the search.
 #include "search/context.h"
 
+#include <cstddef>
+
 namespace vexor {
 
 bool context::propagate_constraints() {
-    if (inconsistent()) return false;
+    if (inconsistent()) {
+        drop_pending_work();
+        return false;
+    }
     while (m_qhead != m_trail.size() || !m_atom_queue.empty() || m_egraph->can_propagate()) {
         bool const consistent = propagate_boolean_constraints();
         m_qhead = m_trail.size();
@@ -67,35 +72,47 @@ inline bool context::propagate_binary_clauses(literal l) {
     return true;
 }
 
-// Walks the clause region with a read and a write position. The set of l itself does not grow meanwhile:
-// clauses move to sets of literals that are not false, and constraints may add watches to other literals
-// only.
+// Walks the clause region with a read and a write position. Clauses move to sets of literals that are not
+// false. A constraint may do more: variables and clauses that it makes move the arrays, and a clause that
+// watches the complement of l lands behind the entries that are still to be read. It must not take entries
+// out of the set of l but by its answer.
 bool context::propagate_watched_clauses(literal l) {
     literal const n = ~l;
-    watch_set& set = watches(l);
-    watch_entry* read = set.begin_clauses();
+    watch_set* set = &watches(l);
+    watch_entry* read = set->begin_clauses();
     watch_entry* write = read;
-    watch_entry* const end = set.end_clauses();
+    watch_entry* end = set->end_clauses();
     std::uint32_t* words = m_clauses.words();
     std::uint32_t* watch_xors = m_clauses.watch_xors();
-    signed char const* const values = m_assignment.data();
+    signed char const* values = m_assignment.data();
     bool consistent = true;
     while (read != end) {
         watch_entry const entry = *read++;
         if (!entry.is_clause()) [[unlikely]] {
+            std::ptrdiff_t const read_at = read - set->begin_clauses();
+            std::ptrdiff_t const write_at = write - set->begin_clauses();
+            auto find_again = [&] {
+                set = &watches(l);
+                read = set->begin_clauses() + read_at;
+                write = set->begin_clauses() + write_at;
+                end = set->end_clauses();
+                words = m_clauses.words();
+                watch_xors = m_clauses.watch_xors();
+                values = m_assignment.data();
+            };
             bool keep = true;
             try {
                 keep = entry.get_constraint()->propagate(this, l);
             } catch (...) {
                 // The set is whole again, and l waits to be visited once more.
+                find_again();
                 for (--read; read != end;) *write++ = *read++;
-                set.set_end_clauses(write);
+                set->set_end_clauses(write);
                 --m_qhead;
                 throw;
             }
+            find_again();
             if (keep) *write++ = entry;
-            words = m_clauses.words();
-            watch_xors = m_clauses.watch_xors();
             if (!inconsistent()) continue;
             consistent = false;
             break;
@@ -134,21 +151,30 @@ bool context::propagate_watched_clauses(literal l) {
     }
     if (write != read) {
         while (read != end) *write++ = *read++;
-        set.set_end_clauses(write);
+        set->set_end_clauses(write);
     }
     return consistent;
 }
 
 // Hands the assigned atoms to the theories in the order of their assignment and lets the e-graph propagate.
+// If a theory throws, the atoms before are handed over and leave the queue; its own is handed over again.
 bool context::propagate_non_boolean_constraints() {
-    for (unsigned i = 0; i < m_atom_queue.size(); ++i) {
-        literal const l = m_atom_queue[i];
-        bool_var_body const body = get_body(l.var());
-        if (body.tag() == bool_var_body::atom_body)
-            body.get_atom()->assigned_event(this, !l.sign());
-        else if (body.tag() == bool_var_body::equation_body && !body.is_null())
-            m_egraph->assigned_event(body.get_equation(), !l.sign());
-        if (inconsistent()) return false;
+    unsigned num_handed = 0;
+    try {
+        for (; num_handed < m_atom_queue.size(); ++num_handed) {
+            literal const l = m_atom_queue[num_handed];
+            bool_var_body const body = get_body(l.var());
+            if (body.tag() == bool_var_body::atom_body)
+                body.get_atom()->assigned_event(this, !l.sign());
+            else if (body.tag() == bool_var_body::equation_body && !body.is_null())
+                m_egraph->assigned_event(body.get_equation(), !l.sign());
+            if (inconsistent()) return false;
+        }
+    } catch (...) {
+        for (unsigned i = num_handed; i < m_atom_queue.size(); ++i)
+            m_atom_queue[i - num_handed] = m_atom_queue[i];
+        m_atom_queue.shrink(m_atom_queue.size() - num_handed);
+        throw;
     }
     m_atom_queue.reset();
     m_egraph->propagate();
