@@ -92,8 +92,15 @@ bool context::decide() {
     ++m_stats.m_num_decisions;
     if (get_verbosity_level() > 0 && m_stats.m_num_decisions % m_progress_interval == 0)
         std::cerr << "." << std::flush;
-    create_backtrack_point();
-    literal const l(var, !(has_phase ? phase : choose_phase(var)));
+    try {
+        create_backtrack_point();
+        if (!has_phase) phase = choose_phase(var);
+    } catch (...) {
+        // The theories may throw; a variable that is neither assigned nor in the heap would never be decided.
+        if (!m_var_heap.contains(var)) m_var_heap.insert(var);
+        throw;
+    }
+    literal const l(var, !phase);
     assign_unassigned(l, gexplanation::mk_decision(l));
     return true;
 }

@@ -3,11 +3,20 @@
 
 namespace vexor {
 
+// If the theories refuse the scope, there is none.
 void context::create_backtrack_point() {
     ++m_scope_lvl;
     m_region.begin_scope();
     m_scopes.push_back(m_trail.size());
-    m_egraph->push();
+    try {
+        m_egraph->push();
+    } catch (...) {
+        VEXOR_ASSERT(m_scopes.back() == m_trail.size());
+        m_scopes.pop_back();
+        m_region.end_scope(false);
+        --m_scope_lvl;
+        throw;
+    }
 }
 
 // A record needs no propagation. The head passes it only if it stood right behind: a literal that still waits

@@ -38,21 +38,39 @@ private:
 };
 
 void context::return_to_scope(unsigned scope) {
-    if (m_scope_lvl > scope) backtrack(m_scope_lvl - scope, true, true);
+    if (m_scope_lvl <= scope) return;
+    try {
+        backtrack(m_scope_lvl - scope, true, true);
+    } catch (...) {
+        abandon_to_scope(scope);
+        throw;
+    }
 }
 
-// The way back while an exception passes: what reanalysis finds is left waiting for the next propagation.
+// The way back while an exception passes: what reanalysis finds is left waiting for the next propagation. An
+// analysis may have been cut short, so its marks go. What the theories throw on this way is dropped: the
+// first exception is the one that counts. Without a scope to undo, what waits belongs to the base and is
+// kept.
 void context::abandon_to_scope(unsigned scope) {
-    if (m_scope_lvl > scope) backtrack(m_scope_lvl - scope, false, true);
+    m_marks.fill0();
+    m_to_unmark.reset();
+    m_model.reset();
+    m_unsat_core.reset();
+    if (m_scope_lvl <= scope) return;
     m_egraph->reset_propagation_queue();
+    try {
+        backtrack(m_scope_lvl - scope, false, true);
+    } catch (...) {
+        VEXOR_ASSERT(m_scope_lvl == scope);
+    }
 }
 
 int context::check() {
     m_unsat_core.reset();
     m_validation_failed = false;
+    m_model.reset();
     if (inconsistent()) return -1;
     if (!type_correct()) return 0;
-    m_model.reset();
     if (get_verbosity_level() > 0) std::cerr << "searching...\n";
 
     int result;
@@ -105,6 +123,7 @@ void context::finish_search(int& result) {
         if (!type_correct()) result = 0;
         return;
     }
+    m_unsat_core.reset(); // a refutation may have come with the stop
     result = 0;
 }
 
