@@ -151,15 +151,16 @@ private:
     }
 
     // Each clause is watched by the complements of its first two literals and by nothing else. A set freed at
-    // scope 0 has lost its entries.
+    // scope 0 has lost its entries; it may have got new ones from clauses made above the base level.
     void check_watches() const {
         std::uint64_t num_entries = 0;
         for (unsigned i = 0; i < m_ctx.m_watches.size(); ++i) {
             literal const n = ~literal::from_index(static_cast<int>(i));
             watch_set const& set = m_ctx.m_watches[i];
+            bool const freed = is_discarded(n);
             for (watch_entry const* it = set.begin_clauses(); it != set.end_clauses(); ++it) {
                 if (!it->is_clause()) continue;
-                ++num_entries;
+                num_entries += freed ? 0 : 1;
                 clause const& c = m_ctx.m_clauses[it->get_clause()];
                 require(!c.removed(), "no watch entry of a removed clause");
                 require(c[0] == n || c[1] == n, "a watch entry stands at a watched literal");
