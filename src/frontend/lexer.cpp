@@ -49,7 +49,7 @@ lexer::lexer(std::istream& stream, position_tracker* tracker)
     , m_cursor(m_input.begin())
     , m_block_pos(tracker->get_file_initial_pos())
     , m_token_pos(tracker->get_file_initial_pos()) {
-    m_known_words.resize(num_known_words);
+    m_known_words.resize(min_known_words);
     at_end();
 }
 
@@ -215,17 +215,35 @@ token lexer::read_id(char const* start) {
 // The cache answers for the words that come again and again, which are nearly all.
 token lexer::find_word() {
     std::uint32_t hash = hash_text(m_text, m_text_length);
-    known_word& known = m_known_words[hash % num_known_words];
-    if (known.hash != hash || known.length != m_text_length ||
-        std::memcmp(known.name.c_str(), m_text, m_text_length) != 0) {
-        known.name = ustring(get_text());
-        known.hash = hash;
-        known.length = m_text_length;
-        known.kind = g_reserved_symbols.find(m_text, m_text_length, hash);
+    known_word const* known = &m_known_words[hash & (m_known_words.size() - 1)];
+    if (known->hash != hash || known->length != m_text_length ||
+        std::memcmp(known->name.c_str(), m_text, m_text_length) != 0) {
+        learn_word(hash);
+        known = &m_known_words[hash & (m_known_words.size() - 1)];
     }
-    m_name = known.name;
+    m_name = known->name;
     m_has_name = true;
-    return known.kind;
+    return known->kind;
+}
+
+// Enters the current text.
+void lexer::learn_word(std::uint32_t hash) {
+    if (++m_num_misses > 2 * m_known_words.size() && m_known_words.size() < max_known_words)
+        grow_known_words();
+    known_word& entry = m_known_words[hash & (m_known_words.size() - 1)];
+    entry.name = ustring(m_text, m_text_length);
+    entry.hash = hash;
+    entry.length = m_text_length;
+    entry.kind = g_reserved_symbols.find(m_text, m_text_length, hash);
+}
+
+void lexer::grow_known_words() {
+    vector<known_word> old;
+    old.swap(m_known_words);
+    m_known_words.resize(old.size() * 2);
+    for (known_word const& each : old)
+        if (each.length > 0) m_known_words[each.hash & (m_known_words.size() - 1)] = each;
+    m_num_misses = 0;
 }
 
 token lexer::read_string() {

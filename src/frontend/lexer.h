@@ -61,7 +61,8 @@ private:
         std::uint32_t length = 0; // of its text; 0 in a free entry
         token kind = token::identifier;
     };
-    static constexpr unsigned num_known_words = 2048; // a power of two
+    static constexpr unsigned min_known_words = 128; // powers of two
+    static constexpr unsigned max_known_words = 64 * 1024;
     enum class character_class : unsigned char;
     static character_class class_of(char c);
 
@@ -82,6 +83,8 @@ private:
     token read_bitvector_constant();
     token read_id(char const* start);
     token find_word();
+    void learn_word(std::uint32_t hash);
+    void grow_known_words();
     token read_string();
     void read_escape();
     void read_character_code(int escape_pos);
@@ -101,8 +104,10 @@ private:
     bool m_has_name = false;       // is the current token a word
     numeral m_bv_value;            // of the last bit-vector constant
     unsigned m_bv_size = 0;        // its number of digits
-    vector<known_word>
-        m_known_words; // the words met last, by hash: a cache of fixed size before the global tables
+    // The words met last, by hash: a cache before the global tables. A short text is not to pay for a large
+    // one, so it starts small and doubles when it misses often.
+    vector<known_word> m_known_words;
+    unsigned m_num_misses = 0; // since it last grew
 };
 
 } // namespace vexor
