@@ -104,8 +104,8 @@ public:
     void set_type(type* t) override;
 
 private:
-    shared_ptr<expr> m_definition;   // what the variable stands for
     bool m_is_type_inferred = false; // is the type not the source's
+    shared_ptr<expr> m_definition;   // what the variable stands for
 };
 
 // A global constant or function, defined or uninterpreted.
