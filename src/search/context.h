@@ -366,6 +366,8 @@ private:
     void flush_data();
 
     // weighted_vars.cpp, find_weighted_model.cpp
+    constraint* assert_lpb_core(vector<numeral> const& coeffs, svector<literal> const& lits,
+                                numeral const& bound);
     void collect_payable_vars(vector<weighted_var>& result) const;
     void random_var_permutation();
 

@@ -227,13 +227,20 @@ constraint* create_lpb(context* ctx, vector<numeral> const& coeffs, svector<lite
     return lpb_constraint::create(ctx, source);
 }
 
-// A literal that waits for its visit while it is false already would be counted twice: once when the
-// potential is summed up, once when it is visited. So nothing may be waiting.
 constraint* context::assert_lpb(vector<numeral> const& coeffs, svector<literal> const& lits,
                                 numeral const& bound) {
     VEXOR_ASSERT(at_base_lvl());
     if (inconsistent() || !type_correct()) return nullptr;
     m_model.reset();
+    return assert_lpb_core(coeffs, lits, bound);
+}
+
+// As assert_lpb, but keeps the model.
+//
+// A literal that waits for its visit while it is false already would be counted twice: once when the
+// potential is summed up, once when it is visited. So nothing may be waiting.
+constraint* context::assert_lpb_core(vector<numeral> const& coeffs, svector<literal> const& lits,
+                                     numeral const& bound) {
     if (!propagate_constraints()) return nullptr;
     constraint* const c = create_lpb(this, coeffs, lits, bound);
     assert_constraint(c);

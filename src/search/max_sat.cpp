@@ -1,6 +1,7 @@
 // Max-SAT: a model whose true weighted variables weigh least.
 //
-// Idea:    a pseudo-Boolean constraint limits the weight that may be paid. The first phase looks for any
+// Idea:    cores raise the lower bound first, see max_sat_cores.cpp; where they do not settle it, a
+// pseudo-Boolean constraint limits the weight that may be paid. The first phase looks for any
 //          model, with a limit that grows from round to round; the second lowers the limit below the cost of
 //          the best model until nothing is left.
 // Keeps:   no model costs m_lower or less; the best model so far is in the context, with its cost. The limit
@@ -11,16 +12,14 @@
 //          place.
 // Source:  own; the second phase is the linear search of Eén, Sörensson, Translating pseudo-Boolean
 //          constraints into SAT, JSAT 2, 2006, with native propagation of the objective.
-#include "search/context.h"
+#include "search/max_sat_search.h"
 
 #include "base/diagnostics.h"
 #include "search/lpb_constraint.h"
-#include "search/search_frames.h"
 #include "search/search_settings.h"
 
 #include <algorithm>
 #include <iostream>
-#include <optional>
 
 namespace vexor {
 
@@ -34,40 +33,6 @@ constexpr double trial_clauses_growth = 1.1; // and its growth
 
 } // namespace
 
-// One call of max_sat. Costs are counted in units of m_factor, from m_least on, so that they are integers and
-// not negative whatever the weights are.
-class max_sat_search {
-public:
-    explicit max_sat_search(context& ctx);
-    max_sat_search(max_sat_search const&) = delete; // leaves the context clean once
-    max_sat_search& operator=(max_sat_search const&) = delete;
-    ~max_sat_search();
-    int run();
-
-private:
-    void choose_first_bound();
-    int find_model();
-    int try_bound();
-    int run_trials();
-    int improve_model();
-    int run_round();
-    void record_model();
-    void grow_bound();
-    [[nodiscard]] bool bound_forbids_nothing() const { return m_bound >= m_total; }
-    [[nodiscard]] numeral to_user(numeral const& cost) const { return (cost + m_least) * m_factor; }
-
-    context& m_context;
-    std::optional<user_scope_frame> m_scope; // holds the constraint
-    constraint* m_constraint = nullptr;      // the limit; null if its scope died of it
-    numeral m_factor;                        // common divisor of the weights
-    numeral m_least;                         // sum of the negative weights
-    numeral m_most;                          // sum of the positive weights
-    numeral m_total;                         // the greatest possible cost: m_most - m_least
-    numeral m_lower = -1;                    // see above
-    numeral m_bound;                         // the limit
-    numeral m_cost;                          // of the best model
-};
-
 max_sat_search::max_sat_search(context& ctx)
     : m_context(ctx) {
     vector<weighted_var>& vars = ctx.m_sorted_weighted_vars;
@@ -80,7 +45,6 @@ max_sat_search::max_sat_search(context& ctx)
     normalize_weighted_vars(vars, m_factor);
     for (weighted_var const& wv : vars) (wv.m_weight.is_neg() ? m_least : m_most) += wv.m_weight;
     m_total = m_most - m_least;
-    choose_first_bound();
     ctx.m_need_assignment = true;
     ctx.m_stats.m_num_maxsat_iterations = 0;
 }
@@ -94,12 +58,22 @@ max_sat_search::~max_sat_search() {
 void max_sat_search::choose_first_bound() {
     m_bound = 1;
     if (g_use_initial_maxsat_cost) m_bound = std::max(numeral(0), g_initial_maxsat_cost / m_factor - m_least);
-    m_bound = std::min(m_bound, m_total);
+    m_bound = std::min(std::max(m_bound, m_lower + 1), m_total);
+}
+
+// A clash of an assumption with a fact leaves a core without it.
+void max_sat_search::note_failed_assumption(int result) {
+    context& ctx = m_context;
+    if (result == -1 && ctx.m_failed_assumption != null_literal && ctx.m_unsat_core.empty())
+        ctx.m_unsat_core.push_back(ctx.m_failed_assumption.index());
 }
 
 int max_sat_search::run() {
-    int result = find_model();
-    if (result == 1) result = improve_model();
+    int result = raise_lower_bound();
+    if (result == 0 && m_context.keep_searching()) {
+        result = m_has_model ? 1 : find_model();
+        if (result == 1) result = improve_model(m_has_model);
+    }
     if (get_verbosity_level() > 1) std::cerr << "\n";
     if (result != -1) m_context.m_unsat_core.reset();
     if (result == 1 && m_context.incomplete()) result = 0;
@@ -109,6 +83,7 @@ int max_sat_search::run() {
 
 // First phase. After 1 the scope of the constraint is open.
 int max_sat_search::find_model() {
+    choose_first_bound();
     while (true) {
         int const result = try_bound();
         if (result == 1) return 1;
@@ -137,8 +112,7 @@ int max_sat_search::try_bound() {
     ctx.m_search_lvl = ctx.m_scope_lvl;
     if (get_verbosity_level() > 19) std::cerr << "\ntrying(" << to_user(m_bound) << ") " << std::flush;
     int const result = run_trials();
-    if (result == -1 && ctx.m_failed_assumption != null_literal && ctx.m_unsat_core.empty())
-        ctx.m_unsat_core.push_back(ctx.m_failed_assumption.index());
+    note_failed_assumption(result);
     return result;
 }
 
@@ -158,10 +132,10 @@ int max_sat_search::run_trials() {
     return result;
 }
 
-// Second phase.
-int max_sat_search::improve_model() {
+// Second phase; the first model may be on record already.
+int max_sat_search::improve_model(bool is_recorded) {
     for (unsigned num_rounds = 0;; ++num_rounds) {
-        record_model();
+        if (num_rounds > 0 || !is_recorded) record_model();
         m_bound = m_cost - 1;
         if (m_cost.is_zero() || m_bound <= m_lower) return 1;
         if (num_rounds > g_max_num_iterations_in_maxsat) return 0;
@@ -189,6 +163,7 @@ void max_sat_search::record_model() {
     compute_cost(m_context.m_model, m_context.m_sorted_weighted_vars, m_cost);
     m_cost -= m_least;
     VEXOR_ASSERT(m_lower < m_cost && m_cost <= m_bound);
+    m_has_model = true;
     m_context.m_model.set_cost(to_user(m_cost));
     if (get_verbosity_level() > 1) std::cerr << "cost(" << m_context.m_model.cost() << ")" << std::flush;
     if (m_context.m_improvement_callback) m_context.m_improvement_callback(m_context);

@@ -16,6 +16,7 @@ bool g_simplify_always = false;
 unsigned g_max_num_conflicts_in_maxsat_iteration = 10000;
 unsigned g_max_num_runs_in_maxsat_iteration = 100;
 unsigned g_max_num_iterations_in_maxsat = 10000;
+unsigned g_max_num_conflicts_with_maxsat_cores = 50000;
 bool g_use_initial_maxsat_cost = false;
 numeral g_initial_maxsat_cost = 0;
 

@@ -37,6 +37,8 @@ extern unsigned g_max_num_conflicts_in_maxsat_iteration;
 extern unsigned g_max_num_runs_in_maxsat_iteration;
 // Improvements of max_sat, before it gives up.
 extern unsigned g_max_num_iterations_in_maxsat;
+// Conflicts that max_sat may spend on raising the lower bound by cores before its other phases; 0 for none.
+extern unsigned g_max_num_conflicts_with_maxsat_cores;
 // Lets max_sat begin with models of at most the given cost.
 extern bool g_use_initial_maxsat_cost;
 extern numeral g_initial_maxsat_cost;

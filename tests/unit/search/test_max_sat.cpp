@@ -299,7 +299,7 @@ TEST_F(max_sat_test, limits_end_the_search_with_the_best_model) {
     setting_guard<int> const polarity(g_decision_polarity, 1);
     literal const relax = ctx.create_fresh_weighted_bool_var(1);
     ctx.create_fresh_weighted_bool_var(1);
-    add_pigeons(9, relax);
+    add_pigeons(8, relax);
     EXPECT_EQ(0, ctx.max_sat());
     EXPECT_TRUE(ctx.get_model().is_valid());
     EXPECT_EQ(numeral(1), cost());
@@ -339,6 +339,48 @@ TEST_F(max_sat_test, a_stop_keeps_the_best_model) {
     EXPECT_EQ(numeral(1), cost());
 }
 
+TEST_F(max_sat_test, a_stop_among_the_cores_keeps_the_best_model) {
+    // The heavy softs are assumed first and leave a model that pays for light ones without need.
+    setting_guard<int> const polarity(g_decision_polarity, 1);
+    create_vars(ctx, 6);
+    for (int k = 1; k <= 3; ++k) ctx.attach_weight(to_literal(k).var(), 100);
+    for (int k = 4; k <= 6; ++k) ctx.attach_weight(to_literal(k).var(), 1);
+    add_clause(ctx, {1, 2});
+    add_clause(ctx, {4, 5});
+    std::vector<numeral> costs;
+    ctx.set_improvement_callback([&](context& c) {
+        costs.push_back(c.get_model().cost());
+        c.stop_the_search();
+    });
+    EXPECT_EQ(0, ctx.max_sat());
+    ASSERT_EQ(1u, costs.size());
+    EXPECT_TRUE(ctx.get_model().is_valid());
+    EXPECT_EQ(costs[0], cost());
+    EXPECT_GT(cost(), numeral(101));
+    ctx.set_improvement_callback(nullptr);
+    EXPECT_EQ(1, ctx.max_sat());
+    EXPECT_EQ(numeral(101), cost());
+}
+
+// Where nothing may be spent on cores, the phases with a limit on the cost do all; with a few conflicts, they
+// take over with the bound and the model found so far.
+TEST_F(max_sat_test, all_limits_on_cores_give_one_cost) {
+    for (unsigned limit : {0u, 1u, 3u, 10u, 30u, 100u, 1000u}) {
+        setting_guard<unsigned> const cores(g_max_num_conflicts_with_maxsat_cores, limit);
+        context other;
+        create_vars(other, 12);
+        // A vertex cover of a complete graph of twelve vertices takes eleven of them.
+        for (int i = 1; i <= 12; ++i) {
+            other.attach_weight(to_literal(i).var(), i);
+            for (int j = 1; j < i; ++j) add_clause(other, {i, j});
+        }
+        EXPECT_EQ(1, other.max_sat());
+        EXPECT_EQ(numeral(66), other.get_model().cost());
+        EXPECT_EQ(0u, other.scope_lvl());
+        other.check_invariant();
+    }
+}
+
 TEST_F(max_sat_test, a_stop_in_the_first_phase_leaves_the_callers_scope) {
     setting_guard<unsigned> const frequency(g_clause_deletion_frequency, 1);
     ctx.push();
@@ -358,6 +400,7 @@ TEST_F(max_sat_test, a_stop_in_the_first_phase_leaves_the_callers_scope) {
 
 // A stop of an earlier question, or one while nothing runs, does not end the next one.
 TEST_F(max_sat_test, an_old_stop_is_forgotten) {
+    setting_guard<unsigned> const cores(g_max_num_conflicts_with_maxsat_cores, 0);
     create_vars(ctx, 1);
     soft({1}, 1);
     ctx.stop_the_search();

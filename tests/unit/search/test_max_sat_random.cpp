@@ -27,6 +27,11 @@ std::int64_t random_weight(random_stream& random, int kind) {
     }
 }
 
+// None, so few that the other phases go on from any point, or enough.
+unsigned random_cores_limit(random_stream& random) {
+    return random.chance(30) ? 0 : random.chance(50) ? 1 + random.below(10) : 50000;
+}
+
 // A session with one context: problems grow, shrink by pop, lose assertions by retraction, and are asked for
 // their optimum again and again.
 class max_sat_session {
@@ -196,13 +201,15 @@ TEST(max_sat_random, sessions_agree_with_trying_all_assignments) {
     setting_guard<int> const debug_level(g_debug_level, 3);
     setting_guard<int> const polarity(g_decision_polarity);
     setting_guard<bool> const use(g_use_initial_maxsat_cost);
+    setting_guard<unsigned> const cores(g_max_num_conflicts_with_maxsat_cores);
     setting_guard<numeral> const initial(g_initial_maxsat_cost);
     std::uint64_t const first = first_seed(7300);
     for (unsigned round = 0; round < rounds(1500); ++round) {
         SCOPED_TRACE("seed " + std::to_string(first + round));
         random_stream random(first + round);
         g_decision_polarity = random.between(0, 5);
-        g_use_initial_maxsat_cost = random.chance(30);
+        g_use_initial_maxsat_cost = random.chance(20);
+        g_max_num_conflicts_with_maxsat_cores = random_cores_limit(random);
         g_initial_maxsat_cost = numeral(random.between(-3, 40)) / random.between(1, 3);
         max_sat_session session(random);
         for (int i = 0; i < 12 && !session.is_dead() && !HasFatalFailure(); ++i) session.step();
@@ -214,6 +221,7 @@ TEST(max_sat_random, sessions_agree_with_trying_all_assignments) {
 // Weights right on variables, of either sign, several on one variable.
 TEST(max_sat_random, weights_of_both_signs_agree_with_trying_all_assignments) {
     setting_guard<int> const debug_level(g_debug_level, 3);
+    setting_guard<unsigned> const cores(g_max_num_conflicts_with_maxsat_cores);
     std::uint64_t const first = first_seed(7400);
     for (unsigned round = 0; round < rounds(3000); ++round) {
         SCOPED_TRACE("seed " + std::to_string(first + round));
@@ -226,17 +234,60 @@ TEST(max_sat_random, weights_of_both_signs_agree_with_trying_all_assignments) {
             problem.clauses.push_back(random_clause(random, problem.num_vars, 3));
             add_clause(ctx, problem.clauses.back());
         }
+        int const least = random.chance(50) ? 1 : -6;
         for (int i = random.between(0, 10); i > 0; --i) {
             // A true variable violates the unit clause of its complement.
             int const var = random.between(1, problem.num_vars);
-            std::int64_t const weight = random.between(-6, 12);
+            std::int64_t const weight = random.between(least, 12);
             problem.softs.push_back(plain_soft{{-var}, weight});
             ctx.attach_weight(to_literal(var).var(), weight);
         }
+        g_max_num_conflicts_with_maxsat_cores = random_cores_limit(random);
         optimum const expected = best_cost(problem);
         ASSERT_EQ(expected.exists ? 1 : -1, ctx.max_sat()) << to_text(problem);
         if (!expected.exists) continue;
         ASSERT_EQ(numeral(expected.cost), ctx.get_model().cost()) << to_text(problem);
         ASSERT_EQ(expected.cost, cost_of(problem, assignment_of(ctx.get_model(), problem.num_vars)));
+    }
+}
+
+// Many softs of equal weight over a few more variables: sums of sums.
+TEST(max_sat_random, deep_cores_agree_with_trying_all_assignments) {
+    setting_guard<int> const debug_level(g_debug_level, 3);
+    setting_guard<unsigned> const cores(g_max_num_conflicts_with_maxsat_cores);
+    std::uint64_t const first = first_seed(7500);
+    for (unsigned round = 0; round < rounds(400); ++round) {
+        SCOPED_TRACE("seed " + std::to_string(first + round));
+        random_stream random(first + round);
+        g_max_num_conflicts_with_maxsat_cores = random.chance(80) ? 50000 : random.below(40);
+        weighted_problem problem;
+        problem.num_vars = random.between(8, 11);
+        context ctx;
+        create_vars(ctx, problem.num_vars);
+        int const heaviest = random.chance(50) ? 1 : random.between(2, 9);
+        std::vector<literal> guards;
+        for (int i = random.between(30, 70); i > 0; --i) {
+            plain_soft const soft{random_clause(random, problem.num_vars, 2), random.between(1, heaviest)};
+            problem.softs.push_back(soft);
+            guards.push_back(add_soft(ctx, soft));
+        }
+        // Assumptions of the user may be about anything, guards included.
+        for (int i = random.chance(50) ? random.between(1, 3) : 0; i > 0; --i) {
+            std::size_t const k = random.below(static_cast<unsigned>(guards.size()));
+            ctx.add_assumption(~guards[k]);
+            problem.clauses.push_back(problem.softs[k].clause);
+        }
+        optimum const expected = best_cost(problem);
+        ASSERT_EQ(expected.exists ? 1 : -1, ctx.max_sat()) << to_text(problem);
+        if (!expected.exists) {
+            for (int index : ctx.get_unsat_core())
+                ASSERT_NE(guards.end(), std::find(guards.begin(), guards.end(), ~literal::from_index(index)));
+            continue;
+        }
+        ASSERT_EQ(numeral(expected.cost), ctx.get_model().cost()) << to_text(problem);
+        unsigned const a = assignment_of(ctx.get_model(), problem.num_vars);
+        ASSERT_TRUE(satisfies(problem, a));
+        ASSERT_EQ(expected.cost, cost_of(problem, a));
+        ctx.check_invariant();
     }
 }
