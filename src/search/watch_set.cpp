@@ -36,8 +36,10 @@ void erase_entry(watch_entry* position, watch_entry* end) {
 
 } // namespace
 
+// Clauses and constraints of a popped scope stand at the end and leave in the reverse order of their coming.
 bool watch_set::remove_clause(clause_ref ref) {
-    for (watch_entry* it = begin_clauses(); it != end_clauses(); ++it) {
+    for (watch_entry* it = end_clauses(); it != begin_clauses();) {
+        --it;
         if (!it->is_clause() || it->get_clause() != ref) continue;
         erase_entry(it, end_clauses());
         m_end_clauses -= sizeof(watch_entry);
@@ -48,7 +50,8 @@ bool watch_set::remove_clause(clause_ref ref) {
 
 bool watch_set::remove_constraint(constraint* c) {
     watch_entry const wanted(c);
-    for (watch_entry* it = begin_clauses(); it != end_clauses(); ++it) {
+    for (watch_entry* it = end_clauses(); it != begin_clauses();) {
+        --it;
         if (!(*it == wanted)) continue;
         erase_entry(it, end_clauses());
         m_end_clauses -= sizeof(watch_entry);

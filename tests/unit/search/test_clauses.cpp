@@ -258,4 +258,19 @@ TEST(clauses_large, a_million_variables) {
     EXPECT_EQ(ctx.check(), 1);
 }
 
+// The entries of a popped scope stand at the end of a long watch set: each is found at once.
+TEST(clauses_large, a_hundred_thousand_clauses_at_one_literal_are_popped) {
+    context ctx;
+    context_probe probe(ctx);
+    std::vector<literal> const x = fresh(ctx, 100001);
+    add(ctx, {x[0], x[5], x[7]});
+    for (unsigned round = 0; round < 2; ++round) {
+        ctx.push();
+        for (unsigned i = 1; i + 1 < x.size(); ++i) add(ctx, {x[0], x[i], x[i + 1]});
+        EXPECT_EQ(probe.watches(~x[0]).num_clauses(), 100000u);
+        ctx.pop(1);
+        EXPECT_EQ(probe.watches(~x[0]).num_clauses(), 1u);
+    }
+}
+
 } // namespace

@@ -65,7 +65,7 @@ TEST(watch_set, random_acts_against_lists) {
                 literals.push_back(literal(static_cast<int>(r.below(20)), r.chance(50)));
                 s.insert_literal(literals.back());
             } else if (what < 6) {
-                entries.push_back(r.chance(80) ? watch_entry(1 + r.below(1000000), r.below(1u << 31))
+                entries.push_back(r.chance(80) ? watch_entry(1 + r.below(40), r.below(1u << 31))
                                                : watch_entry(fake_constraint(1 + r.below(9))));
                 s.insert_clause(entries.back());
             } else if (what == 6 && !literals.empty()) {
@@ -76,9 +76,10 @@ TEST(watch_set, random_acts_against_lists) {
                 watch_entry const e = entries[r.below(static_cast<unsigned>(entries.size()))];
                 EXPECT_TRUE(e.is_clause() ? s.remove_clause(e.get_clause())
                                           : s.remove_constraint(e.get_constraint()));
-                entries.erase(std::find_if(entries.begin(), entries.end(), [&](watch_entry x) {
+                auto const last = std::find_if(entries.rbegin(), entries.rend(), [&](watch_entry x) {
                     return x.is_clause() && e.is_clause() ? x.get_clause() == e.get_clause() : x == e;
-                }));
+                });
+                entries.erase(last.base() - 1);
             } else if (what == 8 && r.chance(10)) {
                 s.free_memory();
                 entries.clear();
