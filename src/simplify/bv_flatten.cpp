@@ -17,7 +17,7 @@ bv_flattened::bv_flattened(simplify_visitor& owner, application* root, bv_family
         children.clear();
         bool opens = e->is_application() && m_family(to_app(e), i.m_leaf.m_flag, children);
         if (i.m_is_image) {
-            if (opens && (e->get_ref_count() < 2 || is_small(e)))
+            if (opens)
                 push_children(children, true);
             else
                 m_leaves.push_back(i.m_leaf);
@@ -36,10 +36,9 @@ void bv_flattened::push_children(bv_leaves const& children, bool are_images) {
 }
 
 void bv_flattened::add_image(expr* e, bool flag) {
-    bool exclusive = e->get_ref_count() < 2;
     m_images.push_back(e);
     bv_leaves children;
-    if (e->is_application() && m_family(to_app(e), flag, children) && (exclusive || is_small(e)))
+    if (e->is_application() && m_family(to_app(e), flag, children) && is_small(e))
         push_children(children, true);
     else
         m_leaves.push_back({e, flag});

@@ -10,11 +10,11 @@ namespace vexor {
 
 // The images of the leaves of a source term, kept alive by a list of the owner.
 //
-// Nodes with several parents are simplified once, and the operators in an image that is shared are taken
-// apart only while they are few; so terms that double at each step, x + x, stay linear.
+// Nodes with several parents are simplified once, and the operators in an image are taken apart only while
+// they are few; so terms that double at each step, x + x, stay linear.
 class bv_flattened {
 public:
-    static constexpr unsigned max_copied = 16;
+    static constexpr unsigned max_copied = 32;
 
     bv_flattened(simplify_visitor& owner, application* root, bv_family family);
     bv_leaves const& get_leaves() const { return m_leaves; }

@@ -6,9 +6,16 @@ namespace vexor {
 
 namespace {
 
-std::size_t pointer_hash(void const* p) { return reinterpret_cast<std::size_t>(p) >> 3; }
+// Addresses of nodes differ by multiples of their size: without mixing, sums of them collide all the time.
+std::size_t mix(std::size_t h, std::size_t more) {
+    h = (h ^ more) * 0x9e3779b97f4a7c15u;
+    return h ^ (h >> 29);
+}
 
-// What an operator name stands for: uses of one declaration are interchangeable.
+std::size_t address(void const* p) { return reinterpret_cast<std::size_t>(p); }
+
+// Uses of one declaration are interchangeable. They are told apart by nothing but their declaration, so that
+// they need no place in the table, which costs more than all the rest.
 void const* identity_of(expr* e) {
     return e->is_name_expr() ? static_cast<void const*>(static_cast<name_expr*>(e)->get_decl()) : e;
 }
@@ -16,29 +23,27 @@ void const* identity_of(expr* e) {
 bool same_children(child_array<expr> const& a, child_array<expr> const& b) {
     if (a.size() != b.size()) return false;
     for (unsigned i = 0; i < a.size(); ++i)
-        if (a[i] != b[i]) return false;
+        if (a[i] != b[i] && identity_of(a[i]) != identity_of(b[i])) return false;
     return true;
 }
 
 } // namespace
 
 std::size_t hash_consing_visitor::node_hash::operator()(expr* e) const {
-    if (e->is_name_expr()) return pointer_hash(identity_of(e));
     if (e->is_application()) {
         auto* a = to_app(e);
-        std::size_t h = pointer_hash(identity_of(a->get_fun()));
-        for (expr* arg : a->get_args()) h = h * 31 + pointer_hash(arg);
+        std::size_t h = mix(2, address(identity_of(a->get_fun())));
+        for (expr* arg : a->get_args()) h = mix(h, address(identity_of(arg)));
         return h;
     }
     if (is_a<numeral_expr>(e)) return static_cast<numeral_expr*>(e)->get_value().hash();
     VEXOR_ASSERT(is_a<bitvector_constant>(e));
     auto* c = static_cast<bitvector_constant*>(e);
-    return c->get_value().hash() * 31 + c->get_size();
+    return mix(c->get_value().hash(), c->get_size());
 }
 
 bool hash_consing_visitor::node_equality::operator()(expr* a, expr* b) const {
     if (a->get_cls_name() != b->get_cls_name()) return false;
-    if (a->is_name_expr()) return identity_of(a) == identity_of(b);
     if (a->is_application())
         return identity_of(to_app(a)->get_fun()) == identity_of(to_app(b)->get_fun()) &&
                same_children(to_app(a)->get_args(), to_app(b)->get_args());
@@ -51,12 +56,11 @@ bool hash_consing_visitor::node_equality::operator()(expr* a, expr* b) const {
 
 shared_ptr<ast> hash_consing_visitor::accept_core(ast* a) {
     if (a == nullptr) return nullptr;
-    if (is_a<name_expr>(a)) {
-        m_result.reset();
-        a->accept(this);
-    } else {
-        map_visitor::accept_core(a);
+    if (a->is_expr() && static_cast<expr*>(a)->is_name_expr()) {
+        m_result = a;
+        return m_result;
     }
+    map_visitor::accept_core(a);
     if (apply_hash_consing(m_result)) {
         auto* e = static_cast<expr*>(m_result.get());
         if (expr* const* known = m_nodes.find(e)) {
@@ -73,12 +77,16 @@ void hash_consing_visitor::visit(expr* fun, application* a) {
     unsigned base = m_args.size();
     bool changed = false;
     for (expr* arg : a->get_args()) {
+        if (arg->is_name_expr()) {
+            m_args.push_back(arg);
+            continue;
+        }
         accept_core(arg);
         changed |= m_result.get() != arg;
         m_args.push_back(static_cast<expr*>(m_result.get()));
     }
     expr* image = fun;
-    if (!is_a<name_expr>(fun) || static_cast<name_expr*>(fun)->get_decl()->is_local()) {
+    if (!fun->is_name_expr()) {
         accept_core(fun);
         image = static_cast<expr*>(m_result.get());
     }
@@ -100,7 +108,7 @@ void hash_consing_visitor::reset() {
 bool or_ite_bv_hash_consing_visitor::apply_hash_consing(ast* a) const {
     if (!a->is_expr()) return false;
     auto* e = static_cast<expr*>(a);
-    return e->is_application() || e->is_name_expr() || is_a<bitvector_constant>(e) || is_a<numeral_expr>(e);
+    return e->is_application() || is_a<bitvector_constant>(e) || is_a<numeral_expr>(e);
 }
 
 } // namespace vexor

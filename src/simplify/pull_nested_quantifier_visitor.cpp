@@ -35,6 +35,7 @@ shared_ptr<expr> pull_nested_quantifier_visitor::walk_or(application* a) {
     }
     if (!images.differs_from(a->get_args())) return a;
     simplify_or_visitor all(m_owner);
+    all.set_max_copied(max_copied); // the number of quantifiers that are opened is limited
     for (unsigned i = 0; i < images.size(); ++i) all.add_image(images[i], false);
     return all.to_expr(a->get_manager(), a->get_pos());
 }

@@ -23,6 +23,8 @@ class pull_nested_quantifier_visitor {
 public:
     // Lists are not extended beyond this: a formula nested n deep would give n lists of up to n variables.
     static constexpr unsigned max_variables = 256;
+    // Disjuncts of an opened body that join those around it.
+    static constexpr unsigned max_copied = 4096;
 
     // is_forall: what the variables are bound by; new ones are appended.
     pull_nested_quantifier_visitor(simplify_visitor& owner, bool is_forall,

@@ -35,9 +35,13 @@ void simplify_visitor::visit(name_expr* fun, application* a) {
     shared_ptr<expr> e = convert_name_expr(fun, expand_recursive, changed);
     if (!changed) return apply_image(e.get(), a);
     image_list args(*this, a->get_args());
+    bool recursive = is_recursive(fun);
     std::optional<unfolding> guard;
-    if (is_recursive(fun)) guard.emplace(*this, fun);
-    if (takes_arguments(e.get(), args.size())) return reduce(static_cast<lambda_expr*>(e.get()), args);
+    if (recursive) guard.emplace(*this, fun);
+    if (takes_arguments(e.get(), args.size())) {
+        auto* lambda = static_cast<lambda_expr*>(e.get());
+        return recursive ? reduce(lambda, args) : reduce_shared(lambda, args);
+    }
     shared_ptr<expr> image = image_of(e.get());
     m_result = create_application(image.get(), args, a->get_pos());
 }
@@ -51,9 +55,14 @@ void simplify_visitor::apply_image(expr* fun, application* a) {
 
 shared_ptr<expr> simplify_visitor::create_application(expr* fun, image_list const& args, int pos) {
     if (takes_arguments(fun, args.size())) {
-        scope s(*this);
-        protect_free_variables(fun);
-        reduce(static_cast<lambda_expr*>(fun), args);
+        auto* lambda = static_cast<lambda_expr*>(fun);
+        if (fun->has_free_vars()) {
+            scope s(*this);
+            protect_free_variables(fun);
+            reduce(lambda, args);
+        } else {
+            reduce_shared(lambda, args);
+        }
         return static_cast<expr*>(m_result.get());
     }
     if (fun->is_function_update()) return read_update(static_cast<function_update_expr*>(fun), args, pos);
@@ -71,10 +80,23 @@ void simplify_visitor::reduce(lambda_expr* fun, image_list const& args) {
     accept_core(fun->get_expr());
 }
 
+// Calls below recursive ones are not remembered: how far they are unfolded depends on the depth.
+void simplify_visitor::reduce_shared(lambda_expr* fun, image_list const& args) {
+    if (m_unfold_depth > 0 || !m_calls.is_reusable(fun)) return reduce(fun, args);
+    if (expr* known = m_calls.find(fun, args.data(), args.size())) {
+        m_result = known;
+        return;
+    }
+    shared_ptr<lambda_expr> held(fun);
+    reduce(fun, args);
+    shared_ptr<expr> result = static_cast<expr*>(m_result.get());
+    m_calls.insert(fun, args.data(), args.size(), result.get());
+    m_result = result.get();
+}
+
 // An image is about to be visited like a source term: what the environment says about variables of the same
 // declarations is not meant for it.
 void simplify_visitor::protect_free_variables(expr* image) {
-    if (!image->has_free_vars()) return;
     for (var_decl* d : free_variables_of(image)) {
         shared_ptr<ast> const* value = get_env()->peek(d);
         if (value != nullptr && value->get() != d) get_env()->bind(d, d, false);

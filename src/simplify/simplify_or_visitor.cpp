@@ -80,7 +80,7 @@ void simplify_or_visitor::add_image(expr* e, bool negated, expr* literal) {
     }
     if (!negated && is_app_of<or_name_expr>(atom)) {
         application* a = to_app(atom);
-        if (exclusive || a->num_args() <= max_copied) {
+        if (a->num_args() <= m_max_copied || (exclusive && a->num_args() <= size())) {
             for (expr* arg : a->get_args()) {
                 bool arg_negated = false;
                 expr* arg_atom = strip_not(arg, arg_negated);

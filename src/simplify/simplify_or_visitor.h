@@ -3,13 +3,13 @@
 // `or`, `and` and `implies` are all disjunctions seen from one side: a conjunction is the negation of one.
 // The walk goes through connectives with a sign and gives what it does not go through to the simplifier.
 //
-// A connective that several parents share is simplified once, and its disjuncts are copied to each parent
-// only while they are few: copying them all would take quadratic time and space on x2 = x1 or a2, x3 = x2 or
-// a3, ...
+// The disjuncts of an image, which other terms may hold too, are copied only while they are few or no more
+// than are there already: copying them all would take quadratic time and space on x2 = x1 or a2, x3 = x2 or
+// a3, ... A longer one is a disjunct of its own.
 //
 // Keeps:   no disjunct twice, none beside its complement, no constants; true as soon as one is.
-// Cost:    O(1) comparisons per disjunct (a table from eight on), at most max_copied disjuncts per shared
-// child. Source:  own.
+// Cost:    O(1) comparisons per disjunct (a table from eight on), amortized O(max_copied) disjuncts per
+// image. Source:  own.
 #pragma once
 
 #include "ast/nodes.h"
@@ -36,7 +36,7 @@ class simplify_or_visitor {
     };
 
 public:
-    // Disjuncts of a shared connective that are still copied to each of its parents.
+    // Disjuncts of an image that are always copied.
     static constexpr unsigned max_copied = 64;
 
     // Memory for all connectives that are being simplified, one inside of the other.
@@ -54,6 +54,8 @@ public:
     void add(expr* e, bool negated);
     // The same for an image. literal: an existing node for it with the sign, or null.
     void add_image(expr* e, bool negated, expr* literal = nullptr);
+    // Another limit than max_copied, for callers who know that there is no chain of such images.
+    void set_max_copied(unsigned n) { m_max_copied = n; }
     bool is_true() const { return m_is_true; }
     // Number of disjuncts, 0 when the whole is true.
     unsigned size() const;
@@ -76,11 +78,12 @@ private:
     using index = hash_map<expr*, unsigned, term_hasher, term_equality>;
 
     simplify_visitor& m_owner;
-    expr* m_root = nullptr;         // the term given to add, taken apart even if it is shared
-    unsigned m_first_todo;          // where the own part of the work list begins
-    unsigned m_first_disjunct;      // where the own part of the disjuncts begins
-    bool m_is_true = false;         // nothing more matters
-    std::unique_ptr<index> m_table; // place of each atom once there are many
+    expr* m_root = nullptr;             // the term given to add, taken apart even if it is shared
+    unsigned m_first_todo;              // where the own part of the work list begins
+    unsigned m_first_disjunct;          // where the own part of the disjuncts begins
+    unsigned m_max_copied = max_copied; // see set_max_copied
+    bool m_is_true = false;             // nothing more matters
+    std::unique_ptr<index> m_table;     // place of each atom once there are many
 };
 
 } // namespace vexor

@@ -56,6 +56,7 @@ void simplify_visitor::reset() {
     m_images.reset();
     m_or_lists = {};
     m_definitions.reset();
+    m_calls.reset();
     m_image_variables.reset();
     m_kept_variables.reset();
     m_unfold_depth = m_num_unfoldings = 0;

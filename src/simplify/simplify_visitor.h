@@ -11,11 +11,11 @@
 //          quantifier can be moved to where another one's variables are visible.
 // Ends:    recursive definitions are unfolded to a fixed depth and a fixed number of times.
 // Cost:    linear in the distinct nodes of the input, where nothing is defined as a function, and in the size
-// of
-//          the beta-normal form otherwise.
+//          of the beta-normal form otherwise; a function is applied once to the same arguments.
 #pragma once
 
 #include "ast/map_ext_visitor.h"
+#include "simplify/call_results.h"
 #include "simplify/occurrences.h"
 #include "simplify/simplify_or_visitor.h"
 
@@ -183,6 +183,8 @@ private:
     static bool takes_arguments(expr* fun, unsigned n);
     void apply_image(expr* fun, application* a);
     void reduce(lambda_expr* fun, image_list const& args);
+    // The same for a closed lambda that may be applied again; its results are remembered.
+    void reduce_shared(lambda_expr* fun, image_list const& args);
     void protect_free_variables(expr* image);
     shared_ptr<expr> read_update(function_update_expr* u, image_list const& args, int pos);
     shared_ptr<expr> at_position(function_update_expr* u, image_list const& args);
@@ -199,6 +201,7 @@ private:
     shared_ptr_vector<expr> m_images;           // see image_list
     simplify_or_visitor::work_lists m_or_lists; // of the connectives being simplified
     hash_map<const_decl*, shared_ptr<expr>, fast_ptr_hash<const_decl>> m_definitions; // see definition_of
+    call_results m_calls;                                                             // see reduce_shared
     hash_set<var_decl*, fast_ptr_hash<var_decl>> m_image_variables; // bound in images, or free in the input
     shared_ptr_vector<var_decl> m_kept_variables;                   // keeps the members of m_image_variables
 };

@@ -3,6 +3,7 @@
 
 #include "ast/for_each_visitor.h"
 #include "base/diagnostics.h"
+#include "simplify/hash_consing_visitor.h"
 #include "support/small_stack.h"
 
 #include <chrono>
@@ -202,6 +203,27 @@ TEST_F(simplify_boolean, equal_subterms_become_one_object) {
     EXPECT_EQ(to_text(e.get()), "(or (= a (ite a (not b) c)) (= (ite a (not b) c) b))");
 }
 
+TEST_F(simplify_boolean, sharing_stops_at_binders_of_other_variables) {
+    t.declare_scalar("colour", 3);
+    type* colour = t.named_type("colour");
+    expr* f = t.constant("f", t.function_type({colour}, t.bool_type()));
+    auto all = [&](var_decl* d) { return t.forall({d}, t.op("=", {a, t.app(f, {t.use(d)})})); };
+    var_decl* x = t.variable("x", colour);
+    shared_ptr<expr> e = t.op("=", {all(x), t.op("ite", {b, all(t.variable("x", colour)), all(x)})});
+    apply<or_ite_bv_hash_consing_visitor>(e);
+    term_evaluator eval;
+    random_stream random(7);
+    expr* source = t.op("=", {all(x), t.op("ite", {b, all(x), all(x)})});
+    for (unsigned i = 0; i < 20; ++i) {
+        for (expr* n : {a, b, f}) {
+            var_decl* d = static_cast<name_expr*>(n)->get_decl();
+            eval.m_constants[d] = eval.random_value(d->get_type(), random);
+        }
+        EXPECT_EQ(eval.is_true(e.get()), eval.is_true(source));
+    }
+    EXPECT_EQ(to_text(e.get()), to_text(source));
+}
+
 TEST_F(simplify_boolean, shared_disjunctions_take_linear_time) {
     // x = (or x x) a thousand times over, and (or x y_i) with a new y_i each.
     expr* x = t.op("or", {a, b});
@@ -236,18 +258,40 @@ TEST_F(simplify_boolean, a_chain_of_shared_disjunctions_stays_linear) {
     EXPECT_LT(m.node_bytes() - bytes, std::size_t{16} << 20);
 }
 
+TEST_F(simplify_boolean, a_long_chain_of_guards_stays_linear) {
+    // (ite p0 true (ite p1 true ...)) is a disjunction of all of them, built from the inside.
+    expr* guards = a;
+    for (unsigned i = 0; i < 30000; ++i) {
+        expr* p = t.constant(("g" + std::to_string(i)).c_str(), t.bool_type());
+        guards = t.op("ite", {p, t.mk_true(), guards});
+    }
+    unsigned nodes = 0;
+    for (expr* e = simple(guards); is_app_of<or_name_expr>(e); ++nodes) {
+        expr* next = nullptr;
+        for (expr* arg : to_app(e)->get_args())
+            if (is_app_of<or_name_expr>(arg)) next = arg;
+        if (next == nullptr) break;
+        e = next;
+    }
+    EXPECT_LT(nodes, 30000u / 32);
+}
+
 TEST_F(simplify_boolean, deep_terms_on_a_small_stack) {
     constexpr unsigned depth = 100000;
     expr* ors = a;
     expr* mixed = a;
     expr* choices = a;
     expr* nots = a;
+    expr* guards = a;
     for (unsigned i = 0; i < depth; ++i) {
         expr* p = i % 3 ? b : c;
         ors = t.op("or", {p, ors});
         mixed = t.op(i % 2 ? "and" : "or", {mixed, p});
         choices = t.op("ite", {p, not_a, choices});
         nots = t.op("not", {nots});
+        if (i % 10 == 0) p = t.constant(("g" + std::to_string(i)).c_str(), t.bool_type());
+        guards = i % 2 ? t.op("ite", {p, t.mk_true(), guards}) : t.op("ite", {p, guards, t.mk_false()});
+        if (i % 100 > 1) guards = t.op("ite", {p, t.mk_true(), guards});
     }
     expr* lets = a;
     for (unsigned i = 0; i < depth; ++i) {
@@ -257,7 +301,7 @@ TEST_F(simplify_boolean, deep_terms_on_a_small_stack) {
     vexor_test::on_small_stack([&] {
         EXPECT_EQ(text(ors), "(or c b a)");
         EXPECT_EQ(text(nots), "a");
-        for (expr* e : {mixed, choices, lets}) {
+        for (expr* e : {mixed, choices, lets, guards}) {
             shared_ptr<expr> result = e;
             simplify(result);
             EXPECT_NE(result.get(), nullptr);

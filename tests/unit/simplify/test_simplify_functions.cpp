@@ -79,6 +79,22 @@ TEST_F(simplify_functions, chains_of_definitions_with_one_call_are_linear) {
     EXPECT_LT(m.num_live_nodes() - before, 20000u);
 }
 
+TEST_F(simplify_functions, the_same_call_is_made_once) {
+    // d(u) = (= (d' (not u)) (d' (not u))), sixty deep: 2^60 calls, were they all made.
+    type* predicate = t.function_type({boolean_type}, boolean_type);
+    expr* last = t.constant("g", predicate);
+    for (unsigned i = 0; i < 60; ++i) {
+        var_decl* u = t.variable("u", boolean_type);
+        auto call = [&] { return t.app(last, {t.op("=", {b, t.use(u)})}); };
+        last = define(("d" + std::to_string(i)).c_str(), predicate,
+                      t.lambda({u}, t.op("ite", {a, call(), t.op("not", {call()})})));
+    }
+    EXPECT_NE(simple(t.app(last, {a})), nullptr);
+    // Under a quantifier, too.
+    var_decl* v = t.variable("v", boolean_type);
+    EXPECT_NE(simple(t.forall({v}, t.app(last, {t.use(v)}))), nullptr);
+}
+
 TEST_F(simplify_functions, a_call_of_a_call_inside_of_a_call_is_visited_once) {
     // ((lambda (u) ((lambda (u) ...) u)) u), thirty levels: visiting a body twice would take 2^30 steps.
     var_decl* u = t.variable("u", boolean_type);
