@@ -27,8 +27,12 @@ bool is_native(options const& opts, std::string const& file) {
     if (file != "-" || opts.m_format != input_format::by_name)
         return format_of(opts, file) == input_format::native;
     if (isatty(STDIN_FILENO) != 0) return true;
-    int const first = peek_standard_input();
-    return first == '(' || first == ';';
+    try {
+        int const first = peek_standard_input();
+        return first == '(' || first == ';';
+    } catch (interrupted_exception const&) {
+        return false;
+    }
 }
 
 int run_file(options const& opts, std::string const& file, bool last_file) {

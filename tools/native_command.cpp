@@ -41,7 +41,8 @@ public:
         return 0;
     }
 
-    // Commands are executed as soon as their parentheses are closed; one that fails ends nothing.
+    // Commands are executed as soon as their parentheses are closed; one that fails ends nothing. A signal
+    // ends the command that runs, and the session.
     int run_session() {
         line_editor editor;
         session_text pending;
@@ -55,6 +56,7 @@ public:
                 std::cerr << error.what() << "\n";
             }
             std::cout.flush();
+            if (stop_requested() != stop_reason::none) break;
         }
         std::cout << "\n";
         return 0;
