@@ -2,6 +2,7 @@
 #include "frontend/command_interpreter.h"
 
 #include "ast/ast_manager.h"
+#include "frontend/read_term.h"
 #include "frontend/user_scopes.h"
 #include "search/context.h"
 
@@ -53,41 +54,44 @@ void command_interpreter::announce_assertion(int id) {
 // (assert-lpb term ... bound): a term is a literal or (coefficient literal).
 void command_interpreter::assert_lpb() {
     vector<numeral> coefficients;
-    svector<literal> lits;
+    svector<lpb_literal> terms;
     while (next() != token::numeral) {
-        numeral coefficient(1);
-        literal l;
-        if (m_curr_token == token::left_paren && test_next(token::numeral)) {
-            coefficient = get_numeral();
-            next();
-            bool const negated = m_curr_token == token::left_paren;
-            if (negated) check_next(token::kw_not);
-            l = parse_lpb_literal();
+        bool const parenthesis = m_curr_token == token::left_paren;
+        bool const has_coefficient = parenthesis && test_next(token::numeral);
+        coefficients.push_back(has_coefficient ? get_numeral() : numeral(1));
+        if (has_coefficient) {
+            bool const negated = test_next(token::left_paren);
+            if (negated) next();
+            terms.push_back(parse_lpb_literal(negated));
             check_next(token::right_paren);
         } else {
-            l = parse_lpb_literal();
+            terms.push_back(parse_lpb_literal(parenthesis));
         }
-        coefficients.push_back(coefficient);
-        lits.push_back(l);
     }
     numeral const bound = get_numeral();
     end_command();
     if (inconsistent()) return;
+    svector<literal> lits;
+    for (lpb_literal const& t : terms) {
+        literal const l = m_context->create_literal(t.m_decl);
+        lits.push_back(t.m_negated ? ~l : l);
+    }
     m_context->assert_lpb(coefficients, lits, bound);
     if (m_context->inconsistent()) *g_pout << "unsat\n";
     print_type_error();
 }
 
-// An identifier, or, with `not` as the current token, the rest of (not x).
-literal command_interpreter::parse_lpb_literal() {
-    bool const negated = m_curr_token == token::kw_not;
-    if (negated) next();
+// An identifier, or, behind the parenthesis that a negated one begins with, the rest of (not x).
+command_interpreter::lpb_literal command_interpreter::parse_lpb_literal(bool negated) {
+    if (negated) {
+        check(token::kw_not);
+        next();
+    }
     check(token::identifier);
     var_decl* const d = get_manager()->get_global_var_decl(get_ustring(), get_token_pos());
     if (!d->is_boolean() || d->is_builtin()) throw expr_expected_exception(get_position());
-    literal const l = m_context->create_bool_var(d);
     if (negated) check_next(token::right_paren);
-    return negated ? ~l : l;
+    return {d, negated};
 }
 
 void command_interpreter::retract() {
@@ -117,6 +121,7 @@ void command_interpreter::reset_all() {
     reset_caches();
     get_manager()->reset();
     m_assertion_id_manager.reset();
+    file_pause const pause(get_manager()->get_position_tracker(), *this);
     build_predefined_functions(m_context);
 }
 

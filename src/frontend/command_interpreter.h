@@ -3,7 +3,6 @@
 
 #include "base/hash_table.h"
 #include "frontend/parser.h"
-#include "search/literal.h"
 
 #include <iosfwd>
 
@@ -57,7 +56,11 @@ private:
     void print_ids(char const* title, svector<int> const& ids);
     numeral read_number();
     bool read_bool();
-    literal parse_lpb_literal();
+    struct lpb_literal {
+        var_decl* m_decl; // held by the manager
+        bool m_negated;
+    };
+    lpb_literal parse_lpb_literal(bool negated);
 
     // Commands, in the order of the help text; the current token is the keyword.
     void define();

@@ -48,7 +48,6 @@ public:
     numeral const& get_bv_value() const { return m_bv_value; }
     unsigned get_bv_size() const { return m_bv_size; }
 
-protected:
     // The tracker has begun a new span at the next character, after another file was read in between.
     void restart_positions() {
         m_block_pos = m_tracker->get_file_initial_pos() - (m_cursor - m_input.begin());

@@ -3,6 +3,7 @@
 
 #include "ast/ast_manager.h"
 #include "base/diagnostics.h"
+#include "frontend/read_term.h"
 #include "internalize/internalize_settings.h"
 #include "search/context.h"
 
@@ -118,27 +119,12 @@ void command_interpreter::include() {
         throw nesting_too_deep_parser_exception(get_manager()->get_position(m_command_pos));
     std::ifstream stream(name, std::ios::binary);
     if (!stream) throw error_opening_file(get_manager()->get_position(m_command_pos), name.c_str());
-    position_tracker& tracker = get_manager()->get_position_tracker();
-    struct resume {
-        position_tracker& m_tracker;
-        char const* m_name = nullptr;
-        int m_offset = 0, m_line = 0, m_column = 0;
-        resume(position_tracker& t, int pos)
-            : m_tracker(t) {
-            t.get_curr_file_info(pos, m_name, m_offset, m_line, m_column);
-            t.close_file(pos);
-            ++depth;
-        }
-        ~resume() {
-            --depth;
-            m_tracker.continue_file(m_offset, m_column, m_line, m_name);
-        }
-    };
-    {
-        resume const back(tracker, get_pos());
-        read(m_context, stream, name.c_str());
-    }
-    restart_positions();
+    file_pause const pause(get_manager()->get_position_tracker(), *this);
+    struct level {
+        level() { ++depth; }
+        ~level() { --depth; }
+    } const one_more;
+    read(m_context, stream, name.c_str());
 }
 
 void command_interpreter::echo() {

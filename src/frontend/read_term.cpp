@@ -25,6 +25,20 @@ shared_ptr<type> parse_type(parser& p) { return p.parse_type(false); }
 
 file_end::~file_end() { m_tracker.close_file(m_reader.get_pos()); }
 
+file_pause::file_pause(position_tracker& tracker, lexer& reader)
+    : m_tracker(tracker)
+    , m_reader(reader)
+    , m_rest(tracker.get_position(reader.get_pos())) {
+    tracker.close_file(reader.get_pos());
+}
+
+file_pause::~file_pause() {
+    // The tracker counts the first column of a span from 0, as the number of characters before it in its
+    // line.
+    m_tracker.continue_file(m_rest.m_pos, m_rest.m_column - 1, m_rest.m_line, m_rest.m_file_name);
+    m_reader.restart_positions();
+}
+
 shared_ptr<expr> read_expr(ast_manager* m, std::istream& stream, char const* file_name) {
     return read(m, stream, file_name, parse_expr);
 }

@@ -24,6 +24,21 @@ private:
     lexer const& m_reader;       // not owned
 };
 
+// Tells the tracker that the current file rests behind the token read last, and, when it goes, that it goes
+// on there: other files may be read in between, also one that fails.
+class file_pause {
+public:
+    file_pause(position_tracker& tracker, lexer& reader);
+    file_pause(file_pause const&) = delete; // a file is resumed once
+    file_pause& operator=(file_pause const&) = delete;
+    ~file_pause();
+
+private:
+    position_tracker& m_tracker;             // not owned
+    lexer& m_reader;                         // of the file that rests; not owned
+    position_tracker::position const m_rest; // where it rests
+};
+
 // What stands behind the expression is not read. Errors are exceptions of the tree below vexor_exception. A
 // file that cannot be opened reads as an empty one.
 shared_ptr<expr> read_expr(ast_manager* m, std::istream& stream, char const* file_name);

@@ -22,8 +22,8 @@ public:
     void eval_in_model(model const& m, shared_ptr<expr>& e) override;
     void reset() override;
 
-    // The literal of a Boolean formula that was prepared; an independent run.
-    literal accept_boolean(expr* e, bool negated);
+    // An independent run.
+    literal accept_boolean(expr* e, bool negated) override;
 
     using ast_visitor::visit;
     void visit(expr* n) override;

@@ -1,6 +1,7 @@
 #include "internalize/support_check.h"
 
 #include "ast/nodes.h"
+#include "ast/type_checker_exception.h"
 #include "ast/unsupported.h"
 #include "base/hash_table.h"
 #include "base/vector.h"
@@ -59,6 +60,7 @@ private:
 
     void look_at_application(application* a) {
         expr* const fun = a->get_fun();
+        check_number_of_args(fun, a);
         if (is_a<not_name_expr>(fun) || is_a<or_name_expr>(fun)) {
             push_args(a);
         } else if (is_a<eq_name_expr>(fun)) {
@@ -76,6 +78,17 @@ private:
         } else {
             throw_not_implemented("Internal error: please send bug report.", a);
         }
+    }
+
+    // Without the type checker nothing else has counted them.
+    static void check_number_of_args(expr* fun, application* a) {
+        bool const is_unary = is_a<not_name_expr>(fun);
+        bool const is_binary = is_a<eq_name_expr>(fun) || is_a<diseq_name_expr>(fun);
+        bool const is_wrong = is_unary                   ? a->num_args() != 1
+                              : is_binary                ? a->num_args() != 2
+                              : is_a<ite_name_expr>(fun) ? a->num_args() != 3
+                                                         : fun->is_lambda();
+        if (is_wrong) throw_type_error(a, "wrong number of arguments");
     }
 
     [[noreturn]] static void throw_unsupported_equation(application* a) {

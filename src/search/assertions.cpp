@@ -49,6 +49,13 @@ int context::assert_weighted_cnstr(expr* e, numeral const& weight) {
     return assert_guarded(prepared.get(), create_fresh_weighted_bool_var(weight));
 }
 
+literal context::create_literal(var_decl* decl) {
+    if (!decl->is_const_decl() || !static_cast<const_decl*>(decl)->has_definition())
+        return create_bool_var(decl);
+    shared_ptr<expr> const name = decl->create_name_expr(-1);
+    return m_internalizer->accept_boolean(m_internalizer->prepare(name.get()).get(), false);
+}
+
 // On a context that is inconsistent or type-incorrect the guard alone exists: its id can be retracted.
 int context::assert_guarded(expr* prepared, literal guard) {
     m_is_guard.set(static_cast<unsigned>(guard.var()), true);

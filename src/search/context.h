@@ -180,6 +180,9 @@ public:
     [[nodiscard]] bool is_assertion_id(int id) const;
     // The positive literal of a Boolean declaration's variable, made at the first request.
     literal create_bool_var(var_decl* decl);
+    // The literal that stands for a Boolean declaration: that of its definition, if it has one, or else its
+    // variable. What is not supported raises an exception.
+    literal create_literal(var_decl* decl);
     // The variable of a Boolean declaration, null_bool_var if there is none.
     [[nodiscard]] int get_bool_var_for(var_decl* decl);
     // Replaces e by its value in the model. Without a valid model e stays as it is.

@@ -25,6 +25,8 @@ public:
     // Asserts e, or e or guard if the guard is not null_literal. A formula that is not Boolean sets a type
     // error.
     virtual void assert_prepared(expr* e, literal guard) = 0;
+    // The literal of a Boolean formula that was prepared.
+    virtual literal accept_boolean(expr* e, bool negated) = 0;
     // Replaces e by its value in the model, as far as the model tells.
     virtual void eval_in_model(model const& m, shared_ptr<expr>& e) = 0;
     // Follows the user scopes of the context, and its reset.
