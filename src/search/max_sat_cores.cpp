@@ -28,8 +28,9 @@ namespace vexor {
 
 namespace {
 
-constexpr unsigned first_run_conflicts = 100;  // of one run between restarts
-constexpr double run_growth = 1.2;             // from run to run
+constexpr unsigned first_run_conflicts = 100; // of one run between restarts
+constexpr double run_growth = 1.2;            // from run to run
+constexpr std::uint64_t first_model_conflicts = 2000;
 constexpr std::uint64_t trim_conflicts = 1000; // for one attempt to make a core smaller
 constexpr unsigned max_num_trims = 3;          // attempts
 constexpr std::uint64_t no_limit = ~std::uint64_t{0};
@@ -78,6 +79,8 @@ bool max_sat_search::collect_softs() {
 
 int max_sat_search::search_with_cores() {
     context& ctx = m_context;
+    int const first = search_for_any_model();
+    if (first == -1 || (first == 1 && !limit_cost())) return first;
     while (true) {
         settle_known_softs();
         if (ctx.inconsistent()) {
@@ -95,12 +98,30 @@ int max_sat_search::search_with_cores() {
             relax_core();
             continue;
         }
-        record_model();
-        m_bound = m_cost - 1;
-        if (m_cost.is_zero() || m_bound <= m_lower) return 1;
-        set_lpb_coeff(&ctx, m_constraint, m_most - m_bound);
+        if (!limit_cost()) return 1;
         if (!lower_threshold() && !ctx.inconsistent()) return 0;
     }
+}
+
+// A model of some cost, while it is cheap to have: a search that is stopped among the cores then has one to
+// show, and heavy literals may be settled by the limit on the cost.
+int max_sat_search::search_for_any_model() {
+    m_assumed.reset();
+    m_context.m_next_weighted_var = 0;
+    m_context.m_prefer_weighted_vars = true;
+    int const result = search_under_assumptions(m_assumed, first_model_conflicts);
+    m_context.m_prefer_weighted_vars = false;
+    return result;
+}
+
+// Records the model and demands cheaper ones; false if there can be none. Must stand at the base level, where
+// the new bound lasts.
+bool max_sat_search::limit_cost() {
+    record_model();
+    m_bound = m_cost - 1;
+    if (m_cost.is_zero() || m_bound <= m_lower) return false;
+    set_lpb_coeff(&m_context, m_constraint, m_most - m_bound);
+    return true;
 }
 
 // What holds at the base level needs no search: a true literal is paid for.

@@ -24,6 +24,8 @@ private:
     int raise_lower_bound();
     [[nodiscard]] bool collect_softs();
     int search_with_cores();
+    int search_for_any_model();
+    bool limit_cost();
     void settle_known_softs();
     void select_assumptions();
     int search_under_assumptions(svector<int> const& softs, std::uint64_t max_conflicts);

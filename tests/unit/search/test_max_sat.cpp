@@ -294,6 +294,7 @@ TEST_F(max_sat_test, every_improvement_is_reported) {
 
 // To do without the relaxing variable takes a long refutation.
 TEST_F(max_sat_test, limits_end_the_search_with_the_best_model) {
+    setting_guard<unsigned> const cores(g_max_num_conflicts_with_maxsat_cores, 0);
     setting_guard<unsigned> const runs(g_max_num_runs_in_maxsat_iteration, 1);
     setting_guard<unsigned> const conflicts(g_max_num_conflicts_in_maxsat_iteration, 1);
     setting_guard<int> const polarity(g_decision_polarity, 1);
