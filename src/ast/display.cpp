@@ -6,14 +6,10 @@
 
 namespace vexor {
 
-void ast::display(std::ostream& out) const {
-    static pp_visitor printer;
-    printer(this)->display(out, 0, term_layout_config());
-}
+void ast::display(std::ostream& out) const { pp_visitor()(this)->display(out, 0, term_layout_config()); }
 
 void ast::display_as_dag(std::ostream& out, bool definitions_first) const {
-    static pp_dag_visitor printer;
-    printer(this, definitions_first)->display(out, 0, term_layout_config());
+    pp_dag_visitor()(this, definitions_first)->display(out, 0, term_layout_config());
 }
 
 std::ostream& operator<<(std::ostream& out, ast const& node) {

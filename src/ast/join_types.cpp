@@ -145,7 +145,7 @@ private:
 } // namespace
 
 shared_ptr<type> join_types(type* a, type* b) {
-    if (a == b) return a;
+    if (a == b || a->equals(b)) return a;
     return on_deep_stack([&] { return type_joiner().join(a, b); });
 }
 
