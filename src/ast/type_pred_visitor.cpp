@@ -101,7 +101,10 @@ bool type_pred_visitor::compute_says_something(type* t) {
 
 void type_pred_visitor::visit(type_name* n) { m_result = predicate_of(n->get_definition(), m_element); }
 
+// A variable of an integer type says nothing new, and a restriction on it would hide the body of a quantifier
+// over integers from what instantiates it. For other terms the simplifier folds the predicate by their type.
 void type_pred_visitor::visit(int_type_name* n) {
+    if (m_element->is_name_expr() && m_element->is_int()) return;
     m_result = mk<application>(n->get_manager()->mk_name<int_pred_decl>(), m_element, -1).get();
 }
 

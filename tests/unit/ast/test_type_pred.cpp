@@ -38,6 +38,14 @@ TEST_F(type_pred, numbers) {
     EXPECT_NE(range.find("9"), std::string::npos);
 }
 
+// Quantifiers over integers stay bare.
+TEST_F(type_pred, integers_are_no_restriction_on_integers) {
+    expr* i = t.constant("i", t.int_type());
+    EXPECT_EQ(pred(t.int_type(), i), "none");
+    EXPECT_EQ(pred(t.nat_type(), i), "(>= i 0)");
+    EXPECT_EQ(pred(digit, i).find("int_pred"), std::string::npos);
+}
+
 TEST_F(type_pred, types_that_say_nothing) {
     EXPECT_EQ(pred(t.bool_type(), e), "none");
     EXPECT_EQ(pred(t.bv_type(8), e), "none");
@@ -81,8 +89,7 @@ TEST_F(type_pred, functions) {
     var_decl* x = t.variable("x", t.real_type());
     EXPECT_EQ(pred(t.make<function_type>(x, t.int_type(), -1), e), "(forall (x::real) (int_pred (e x)))");
     var_decl* n = t.variable("n", t.int_type());
-    EXPECT_EQ(pred(t.make<function_type>(n, t.int_type(), -1), e),
-              "(forall (n::int) (=> (int_pred n) (int_pred (e n))))");
+    EXPECT_EQ(pred(t.make<function_type>(n, t.int_type(), -1), e), "(forall (n::int) (int_pred (e n)))");
     // The range depends on the argument.
     var_decl* z = t.variable("z", t.real_type());
     type* below = t.make<subtype>(z, t.op("<", {t.use(z), t.use(x)}), -1);
@@ -104,12 +111,12 @@ TEST_F(type_pred, quantifiers) {
     expr* body = t.op("<", {t.use(n), t.use(x)});
     type_pred_visitor v(false);
     auto restricted = [&](expr* q) { return to_text(v(static_cast<quantified_expr*>(q))); };
-    EXPECT_EQ(restricted(t.forall({n, x}, body)), "(forall (n::int x::real) (=> (int_pred n) (< n x)))");
-    EXPECT_EQ(restricted(t.exists({n, x}, body)), "(exists (n::int x::real) (and (int_pred n) (< n x)))");
+    EXPECT_EQ(restricted(t.forall({n, x}, body)), "(forall (n::int x::real) (< n x))");
+    EXPECT_EQ(restricted(t.exists({n, x}, body)), "(exists (n::int x::real) (< n x))");
     expr* unchanged = t.forall({x}, t.op("<", {t.use(x), t.use(x)}));
     EXPECT_EQ(v(static_cast<quantified_expr*>(unchanged)).get(), unchanged);
     EXPECT_EQ(restricted(t.forall({n, t.variable("k", t.int_type())}, t.mk_true())),
-              "(forall (n::int k::int) (=> (and (int_pred n) (int_pred k)) true))");
+              "(forall (n::int k::int) true)");
 }
 
 TEST_F(type_pred, an_environment_replaces_variables_of_the_type) {
