@@ -66,7 +66,16 @@ private:
         if (m_context.inconsistent()) return -1;
         if (stop_requested() != stop_reason::none) return 0;
         if (!m_options.m_quiet) show_progress(m_context);
+        set_phase();
         return m_max_sat ? minimize() : m_context.check();
+    }
+
+    void set_phase() const {
+        if (m_options.m_phase >= 0) {
+            vexor::g_decision_polarity = m_options.m_phase;
+        } else if (!m_max_sat) {
+            vexor::g_decision_polarity = vexor::saved_polarity;
+        }
     }
 
     // The time limit, not a number of rounds, is what ends the search.

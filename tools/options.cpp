@@ -8,6 +8,8 @@
 #include <iterator>
 #include <ostream>
 
+#include "search/search_settings.h"
+
 namespace vexor_tool {
 
 namespace {
@@ -36,6 +38,23 @@ void apply_format(options& opts, std::string const& argument) {
     } else {
         bad_argument("--format", "cnf, wcnf or native", argument);
     }
+}
+
+void apply_phase(options& opts, std::string const& argument) {
+    struct {
+        char const* m_name;
+        int m_polarity;
+    } const phases[] = {{"false", 0},
+                        {"true", 1},
+                        {"random", 2},
+                        {"last", vexor::saved_polarity},
+                        {"alternate", vexor::alternating_polarity}};
+    for (auto const& phase : phases) {
+        if (argument != phase.m_name) continue;
+        opts.m_phase = phase.m_polarity;
+        return;
+    }
+    bad_argument("--phase", "false, true, random, last or alternate", argument);
 }
 
 void apply_print(options& opts, std::string const& argument) {
@@ -80,6 +99,8 @@ option_row const g_table[] = {
      [](options& o, std::string const&) { o.m_print_model = false; }},
     {"--parse", nullptr, nullptr, "only read the files, in vexor's own language whatever their endings",
      [](options& o, std::string const&) { o.m_parse = true; }},
+    {"--phase", nullptr, "MODE", "what decisions try first: false, true, random, last (value) or alternate",
+     apply_phase},
     {"--print", nullptr, "[=dag]", "with --parse: print what was read, with dag shared terms only once",
      apply_print, true},
     {"--quiet", "-q", nullptr, "show no progress", [](options& o, std::string const&) { o.m_quiet = true; }},

@@ -17,6 +17,8 @@ struct options {
     std::vector<std::string> m_files; // in order; "-" is standard input; never empty after parse_options
     input_format m_format = input_format::by_name;
     int m_verbosity = 0;
+    // How decisions choose a value, as g_decision_polarity; left to the command when negative.
+    int m_phase = -1;
     double m_timeout_seconds = 0; // wall clock time for each file, 0 for none
     bool m_help = false;
     bool m_version = false;

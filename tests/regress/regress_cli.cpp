@@ -58,8 +58,9 @@ TEST(cli, help_names_every_option) {
     program_run run = vexor({"--help"});
     EXPECT_EQ(0, run.exit_code);
     EXPECT_EQ("", run.err);
-    for (char const* option : {"--format", "--help", "--no-model", "--parse", "--print", "--quiet", "--stats",
-                               "--timeout", "--type-check", "--validate", "--verbosity", "--version"}) {
+    for (char const* option :
+         {"--format", "--help", "--no-model", "--parse", "--phase", "--print", "--quiet", "--stats",
+          "--timeout", "--type-check", "--validate", "--verbosity", "--version"}) {
         EXPECT_NE(std::string::npos, run.out.find(option)) << option;
     }
     EXPECT_EQ(run.out, vexor({"-h"}).out);
@@ -143,6 +144,21 @@ TEST(cli, statistics_are_comments) {
         EXPECT_NE(std::string::npos, run.out.find(name)) << name;
     }
     EXPECT_EQ("SATISFIABLE", parse_solver_output(run.out).status);
+}
+
+TEST(cli, phases_change_no_answer) {
+    temporary_file unsat("a.cnf", pigeons(5));
+    for (char const* phase : {"false", "true", "random", "last", "alternate"}) {
+        program_run run = vexor({"--phase", phase, unsat.path()});
+        EXPECT_EQ(20, run.exit_code) << phase;
+        run = vexor_reads(satisfiable, {"--validate", std::string("--phase=") + phase});
+        EXPECT_EQ(10, run.exit_code) << phase;
+    }
+    // What is tried first shows where nothing decides.
+    EXPECT_EQ("s SATISFIABLE\nv -1 -2 0\n", vexor_reads("p cnf 2 0\n", {"--phase=false"}).out);
+    EXPECT_EQ("s SATISFIABLE\nv 1 2 0\n", vexor_reads("p cnf 2 0\n", {"--phase=true"}).out);
+    EXPECT_EQ("vexor: option --phase expects false, true, random, last or alternate, got 'x'\n",
+              vexor({"--phase=x"}).err);
 }
 
 TEST(cli, verbosity_reaches_the_library) {
