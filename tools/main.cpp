@@ -9,6 +9,7 @@
 #include "base/exceptions.h"
 #include "base/memory.h"
 #include "dimacs_command.h"
+#include "dimacs_output.h"
 #include "input.h"
 #include "native_command.h"
 #include "options.h"
@@ -28,10 +29,12 @@ bool is_native(options const& opts, std::string const& file) {
         return format_of(opts, file) == input_format::native;
     if (isatty(STDIN_FILENO) != 0) return true;
     try {
+        stop_watch const watch(opts.m_timeout_seconds); // the first character may never come
         int const first = peek_standard_input();
         return first == '(' || first == ';';
     } catch (interrupted_exception const&) {
-        return false;
+        if (stop_requested() != stop_reason::signal) throw;
+        return false; // the answer is unknown, with the statistics of nothing
     }
 }
 
@@ -40,6 +43,9 @@ int run_file(options const& opts, std::string const& file, bool last_file) {
         if (opts.m_parse) return run_parse(opts, file);
         if (is_native(opts, file)) return run_native(opts, file);
         return run_dimacs(opts, file, last_file);
+    } catch (interrupted_exception const&) {
+        print_status(std::cout, 0, false);
+        return exit_code_of(0, false);
     } catch (vexor::cnf_exception const& error) {
         std::cerr << error.what() << " ";
         if (error.get_line() != 0) std::cerr << "line " << error.get_line() << ": ";

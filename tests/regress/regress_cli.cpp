@@ -301,6 +301,15 @@ TEST(cli, a_time_limit_ends_the_reading) {
     EXPECT_FALSE(run.timed_out);
 }
 
+TEST(cli, a_time_limit_ends_the_wait_for_the_first_character) {
+    program_options options;
+    options.keep_input_open = true;
+    program_run run = vexor({"--timeout", "0.3"}, options);
+    EXPECT_EQ(0, run.exit_code);
+    EXPECT_EQ("s UNKNOWN\n", run.out);
+    EXPECT_FALSE(run.timed_out);
+}
+
 TEST(cli, a_time_limit_ends_the_opening_of_a_pipe) {
     temporary_file neighbour("a.cnf", "");
     std::string path = neighbour.folder() + "/pipe.cnf";
