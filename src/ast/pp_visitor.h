@@ -68,6 +68,8 @@ protected:
     // Do several places hold the node, and is it more than a name or a constant?
     static bool is_worth_sharing(ast* a);
 
+    shared_ptr<pp::doc> m_result; // document of the node visited
+
 private:
     template <class T>
     docs accept_all(child_array<T> const& children);
@@ -79,7 +81,6 @@ private:
 
     static constexpr int m_indent = 2; // indentation of the parts of a form
 
-    shared_ptr<pp::doc> m_result;                                   // document of the node visited
     hash_map<ast*, shared_ptr<pp::doc>, fast_ptr_hash<ast>> m_docs; // those of shared nodes
     hash_set<var_decl*, fast_ptr_hash<var_decl>> m_accessor_args; // parameters of accessors met, see datatype
 };

@@ -24,6 +24,10 @@ void eval_in_model_visitor::visit(name_expr* n) {
         map_ext_visitor::visit(n);
         return;
     }
+    if (expr* const value = m_model.get_value_for(n->get_decl())) {
+        m_result = value;
+        return;
+    }
     int const var = m_context->get_bool_var_for(n->get_decl());
     int const value = var == null_bool_var ? 0 : m_model.value(var);
     if (value == 0)

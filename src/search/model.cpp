@@ -1,5 +1,6 @@
 #include "search/model.h"
 
+#include "ast/nodes.h"
 #include "search/context.h"
 
 #include <ostream>
@@ -17,6 +18,20 @@ void model::copy(model const& other) {
     m_context = other.m_context;
     m_valid = other.m_valid;
     m_bool_assignment = other.m_bool_assignment;
+}
+
+expr* model::get_value_for(var_decl* d) const {
+    return m_valid ? m_context->get_theory_hub().get_value_for(*this, d) : nullptr;
+}
+
+expr* model::get_numeral_value_for(var_decl* d) const {
+    expr* const value = get_value_for(d);
+    return is_a<numeral_expr>(value) ? value : nullptr;
+}
+
+expr* model::get_bitvector_value_for(var_decl* d) const {
+    expr* const value = get_value_for(d);
+    return is_a<bitvector_constant>(value) ? value : nullptr;
 }
 
 // Variables that were made after the model have no value in it, those that were popped are gone.

@@ -9,6 +9,8 @@
 namespace vexor {
 
 class context;
+class expr;
+class var_decl;
 
 // Frozen at the end of a satisfiable check, since the assignment itself is undone at once. Valid until the
 // next assertion, check, pop or reset of its context.
@@ -22,11 +24,17 @@ public:
     void copy(model const& other);
 
     [[nodiscard]] bool is_valid() const { return m_valid; }
+    [[nodiscard]] context* get_context() const { return m_context; }
     // 1 true, -1 false, 0 unassigned or unknown to the model.
     [[nodiscard]] int value(int var) const {
         unsigned const i = static_cast<unsigned>(var);
         return var >= 0 && i < m_bool_assignment.size() ? m_bool_assignment[i] : 0;
     }
+    // The value of a declaration that is more than a Boolean variable: the term, the numeral_expr, the
+    // bitvector_constant. Null if the model has none of that kind.
+    [[nodiscard]] expr* get_value_for(var_decl* d) const;
+    [[nodiscard]] expr* get_numeral_value_for(var_decl* d) const;
+    [[nodiscard]] expr* get_bitvector_value_for(var_decl* d) const;
     // Negative while no cost was computed.
     [[nodiscard]] numeral const& cost() const { return m_cost; }
     void set_cost(numeral const& cost) { m_cost = cost; }

@@ -11,4 +11,7 @@ void theory_hub::assigned_event(equation*, bool) { VEXOR_UNREACHABLE(); }
 bool theory_hub::decide_eq(equation*, bool&) { VEXOR_UNREACHABLE(); }
 bool theory_hub::check_eq(equation*, bool) { VEXOR_UNREACHABLE(); }
 
+// Without theories Booleans are all that a model has.
+expr* theory_hub::get_value_for(model const&, var_decl*) { return nullptr; }
+
 } // namespace vexor

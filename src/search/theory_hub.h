@@ -5,7 +5,9 @@ namespace vexor {
 
 class context;
 class equation;
+class expr;
 class model;
+class var_decl;
 
 // The search core calls these functions at fixed points of its loops and never looks behind them. The base
 // class is the empty theory: nothing to propagate, every assignment accepted.
@@ -44,6 +46,8 @@ public:
     // True if the assignment is a model; otherwise the theories added literals, lemmas or a conflict.
     [[nodiscard]] virtual bool final_check() { return true; }
     virtual void build_model(model& m) { static_cast<void>(m); }
+    // The value that a valid model gives to a declaration other than a Boolean one; null for none.
+    virtual expr* get_value_for(model const& m, var_decl* d);
     [[nodiscard]] virtual bool validate_assignment() { return true; }
 
     // The context is being reset or destroyed.

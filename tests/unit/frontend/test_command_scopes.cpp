@@ -91,6 +91,17 @@ TEST(scopes, balanced_pairs_on_a_dead_context) {
               dead_context + dead_scope + "Backtracking not possible here (no matching (push)).\n");
 }
 
+// The scope of a push that a dead context ignored is one of names nevertheless: the pair can be repeated.
+TEST(scopes, names_of_a_dead_scope_are_forgotten) {
+    command_session s;
+    s.run("(define x::bool)(assert x)(push)(assert (not x))");
+    std::string const pair = "(push)(define y::bool)(define-type t)(pop)";
+    EXPECT_EQ(s.run(pair + pair), dead_scope + dead_scope);
+    EXPECT_EQ(s.m_manager.num_scopes(), 1u);
+    EXPECT_EQ(s.run("(pop)(define y::bool)(check)"), "sat\n");
+    EXPECT_EQ(s.m_manager.num_scopes(), 0u);
+}
+
 TEST(scopes, twenty_thousand_pairs_leave_no_variable_nor_clause) {
     command_session s;
     std::string text = "(define a::bool)(define b::bool)(assert (or a b))";
