@@ -40,6 +40,8 @@
 #ifndef VEXOR_H
 #define VEXOR_H
 
+#include <stdint.h>
+
 /* Define VEXOR_WITH_GMP before including this header, or include gmp.h before it, for the functions with
  * GMP's numbers. */
 #ifdef VEXOR_WITH_GMP
@@ -58,12 +60,8 @@ extern "C" {
 #endif
 #endif
 
-/* A 64-bit number, whatever the version of the language. */
-#if defined(__GNUC__)
-__extension__ typedef long long vexor_int64;
-#else
-typedef long long vexor_int64;
-#endif
+/* Weights and costs. */
+typedef int64_t vexor_int64;
 
 /* --- Handles. */
 
