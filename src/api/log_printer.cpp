@@ -120,6 +120,7 @@ public:
         return out.str() + std::string(bound.size(), ')');
     }
 
+    // Built-in names are the language's own.
     using pp_visitor::visit;
     void visit(decl* n) override { set_name(n->get_name()); }
     void visit(type_name* n) override {
@@ -128,7 +129,12 @@ public:
         else
             pp_visitor::visit(n);
     }
-    void visit(name_expr* n) override { set_name(n->get_name()); }
+    void visit(name_expr* n) override {
+        if (is_a<name_expr>(n))
+            set_name(n->get_name());
+        else
+            pp_visitor::visit(n);
+    }
 
 protected:
     shared_ptr<pp::doc> accept(ast* a) override {
