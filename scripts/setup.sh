@@ -76,7 +76,7 @@ need_commands() {
 }
 
 build_packages=(cmake ninja-build g++ libgmp-dev)
-test_packages=("${build_packages[@]}" libgtest-dev libbenchmark-dev)
+test_packages=("${build_packages[@]}" libgtest-dev libbenchmark-dev pkg-config groff-base)
 
 # configure PRESET [OPTION...]: once per build folder, CMake itself notices later changes of its files.
 configure() {

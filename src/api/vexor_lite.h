@@ -3,6 +3,7 @@
  * The smallest way to use the solver from C. A program hands over commands of the native language as text
  * (see docs/language.md) and results come on a stream:
  *
+ *     #include <stdio.h>
  *     #include <vexor_lite.h>
  *
  *     int main(void) {
