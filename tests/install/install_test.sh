@@ -29,8 +29,8 @@ one() { find "$prefix" -path "$prefix/$1" | head -1; }
 for file in include/vexor.h include/vexor_lite.h bin/vexor 'lib*/libvexor.a' 'lib*/libvexor.so' \
     'lib*/libvexor.so.?' "lib*/libvexor.so.$VERSION" 'lib*/pkgconfig/vexor.pc' 'lib*/cmake/vexor/vexor-config.cmake' \
     'lib*/cmake/vexor/vexor-config-version.cmake' 'share/man/man1/vexor.1' 'share/man/man3/vexor.3' \
-    'share/man/man3/vexor_lite.3' 'share/doc/vexor/language.md' 'share/doc/vexor/README.md' \
-    'share/doc/vexor/examples/lite.c'; do
+    'share/man/man3/vexor_lite.3' 'share/doc/vexor/api.md' 'share/doc/vexor/language.md' 'share/doc/vexor/README.md' \
+    'share/doc/vexor/examples/lite.c' 'share/doc/vexor/examples/party.cpp'; do
     [ -n "$(one "$file")" ] || fail "not installed: $file"
 done
 library=$(one 'lib*/libvexor.so')
