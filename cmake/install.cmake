@@ -20,9 +20,9 @@ set(VEXOR_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/vexor)
 install(EXPORT vexor_targets NAMESPACE vexor:: FILE vexor-targets.cmake DESTINATION ${VEXOR_CMAKE_DIR})
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/vexor-config.cmake.in
   ${PROJECT_BINARY_DIR}/cmake/vexor-config.cmake INSTALL_DESTINATION ${VEXOR_CMAKE_DIR})
-# Before 1.0 a new minor version may change the interface.
+# As the soname: what was built with an older minor version goes on to work.
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/cmake/vexor-config-version.cmake
-  COMPATIBILITY SameMinorVersion)
+  COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/cmake/vexor-config.cmake ${PROJECT_BINARY_DIR}/cmake/vexor-config-version.cmake
   DESTINATION ${VEXOR_CMAKE_DIR})
 

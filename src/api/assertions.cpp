@@ -29,20 +29,22 @@ extern "C" {
 
 void vexor_assert(vexor_context ctx, vexor_expr e) {
     busy_guard const guard(__func__);
+    context& c = to_context(ctx);
     logged_call const log("assert", to_expr(e));
-    to_context(ctx).assert_cnstr(to_expr(e));
+    c.assert_cnstr(to_expr(e));
 }
 
 assertion_id vexor_assert_retractable(vexor_context ctx, vexor_expr e) {
     busy_guard const guard(__func__);
+    context& c = to_context(ctx);
     logged_call const log("assert+", to_expr(e));
-    return to_context(ctx).assert_retractable_cnstr(to_expr(e));
+    return c.assert_retractable_cnstr(to_expr(e));
 }
 
 assertion_id vexor_assert_weighted(vexor_context ctx, vexor_expr e, vexor_int64 weight) {
     busy_guard const guard(__func__);
-    logged_call const log("assert+", to_expr(e), std::to_string(weight));
     context& c = to_context(ctx);
+    logged_call const log("assert+", to_expr(e), std::to_string(weight));
     if (weight <= 0) throw invalid_weight_exception();
     return c.assert_weighted_cnstr(to_expr(e), numeral(weight));
 }
