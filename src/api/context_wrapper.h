@@ -47,11 +47,12 @@ private:
     unsigned m_next_fresh_id = 1;     // number of the next fresh Boolean
 };
 
-// --- From handles to what they are and back. Null, and in debug builds a dead handle or one of another kind,
-// ends the process in the name of the exported function.
+// --- From handles to what they are and back. Null, a call from the search callback, and in debug builds
+// a dead handle or one of another kind, ends the process in the name of the exported function.
 
 inline context_wrapper& to_wrapper(vexor_context ctx, char const* function = __builtin_FUNCTION()) {
     if (ctx == nullptr) misuse(function, "the context is null");
+    check_no_callback(function);
     return *reinterpret_cast<context_wrapper*>(ctx);
 }
 
@@ -61,6 +62,7 @@ inline context& to_context(vexor_context ctx, char const* function = __builtin_F
 
 inline model& to_model(vexor_model m, char const* function = __builtin_FUNCTION()) {
     if (m == nullptr) misuse(function, "the model is null");
+    check_no_callback(function);
     return *reinterpret_cast<model*>(m);
 }
 

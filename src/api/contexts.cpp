@@ -45,6 +45,10 @@ void vexor_dump_context(vexor_context ctx) {
 
 int vexor_inconsistent(vexor_context ctx) { return to_context(ctx).inconsistent() ? 1 : 0; }
 
-void vexor_interrupt(vexor_context ctx) { to_context(ctx).stop_the_search(); }
+// Not by to_context: it may come from another thread, and from the search callback.
+void vexor_interrupt(vexor_context ctx) {
+    if (ctx == nullptr) misuse(__func__, "the context is null");
+    reinterpret_cast<context_wrapper*>(ctx)->get_context().stop_the_search();
+}
 
 } // extern "C"

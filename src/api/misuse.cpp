@@ -12,6 +12,8 @@ void misuse(char const* function, char const* what) {
     std::abort();
 }
 
+bool g_callback_runs = false;
+
 #ifdef VEXOR_DEBUG
 
 namespace {

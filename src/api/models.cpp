@@ -44,7 +44,8 @@ lbool vexor_get_value(vexor_model m, vexor_var_decl d) {
 }
 
 int vexor_get_assertion_value(vexor_model m, assertion_id id) {
-    int const value = id < 0 ? 0 : to_model(m).value(id >> 1);
+    model const& values = to_model(m);
+    int const value = id < 0 ? 0 : values.value(id >> 1);
     return value == ((id & 1) == 0 ? 1 : -1) ? 1 : 0;
 }
 

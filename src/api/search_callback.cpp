@@ -14,6 +14,15 @@ search_data g_callback_data;
 
 int clamp(std::uint64_t n) { return static_cast<int>(std::min<std::uint64_t>(n, INT_MAX)); }
 
+// For the time of a call of the caller's code, which may also end by an exception.
+class callback_frame {
+public:
+    callback_frame() { g_callback_runs = true; }
+    callback_frame(callback_frame const&) = delete; // ends once
+    callback_frame& operator=(callback_frame const&) = delete;
+    ~callback_frame() { g_callback_runs = false; }
+};
+
 bool callback_wrapper(context* ctx) {
     statistics const stats = ctx->get_statistics();
     model& m = ctx->get_model();
@@ -25,6 +34,7 @@ bool callback_wrapper(context* ctx) {
     g_callback_data.decisions = clamp(stats.m_num_decisions);
     g_callback_data.restarts = clamp(stats.m_num_restarts);
     g_callback_data.propagations = clamp(stats.m_num_propagations);
+    callback_frame const frame;
     return g_callback(&g_callback_data) != 0;
 }
 

@@ -27,8 +27,9 @@
  * process.
  *
  * Pointers. No pointer argument may be null, unless its function says otherwise. Texts end with a zero byte
- * and are copied; so are arrays. A null pointer, a pop without a push and a call from a callback end the
- * process (abort) with a message on the error stream that names the function.
+ * and are copied; so are arrays. A null pointer, a pop without a push and, from a callback, a call with a
+ * context or model other than vexor_interrupt end the process (abort) with a message on the error stream that
+ * names the function.
  *
  * Failures. What the library refuses - a name that is defined already, an application without arguments, a
  * formula that needs what no solver here decides, with the type checker on an ill-typed formula - is a C++

@@ -1,5 +1,6 @@
 #!/bin/sh
-# header_alone.sh HEADER: the header compiles without any other, as C99 and as C++, without a warning.
+# header_alone.sh HEADER: the header compiles without any other, as C99 and as C++, without a warning; also with
+# the functions that take GMP's numbers.
 set -eu
 header=$1
 warnings="-pedantic -Wall -Wextra -Werror"
@@ -7,11 +8,13 @@ failed=0
 try() {
     command -v "$1" >/dev/null 2>&1 || return 0
     # Twice: the guard against double inclusion is part of the promise.
-    if ! printf '#include "%s"\n#include "%s"\ntypedef int not_empty;\n' "$header" "$header" |
-        "$@" $warnings -fsyntax-only -; then
-        echo "fails: $*"
-        failed=1
-    fi
+    for before in '' '#define VEXOR_WITH_GMP' '#include <gmp.h>'; do
+        if ! printf '%s\n#include "%s"\n#include "%s"\ntypedef int not_empty;\n' "$before" "$header" "$header" |
+            "$@" $warnings -fsyntax-only -; then
+            echo "fails: $* with '$before'"
+            failed=1
+        fi
+    done
 }
 try gcc -x c -std=c99
 try clang -x c -std=c99
