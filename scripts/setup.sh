@@ -71,7 +71,7 @@ need_commands() {
     [ ${#absent[@]} -gt 0 ] || return 0
     say "missing: ${absent[*]}"
     say "please install CMake 3.25, Ninja, a C++20 compiler (g++ 12 or newer) and GMP with its header;"
-    say "for ./test also GoogleTest and Google Benchmark"
+    say "for ./test also GoogleTest, Google Benchmark and pkg-config"
     exit 1
 }
 

@@ -100,9 +100,9 @@ for only in OFF ON; do
     done
 done
 # A version that is not compatible is refused.
-if cmake -S "$here/consumer" -B cmake_later -DCMAKE_PREFIX_PATH="$prefix" -DVEXOR_WANTED=999 \
-    -DCMAKE_C_COMPILER="$CC" -DCMAKE_CXX_COMPILER="$CXX" >log 2>&1; then
+if cmake cmake_ON -DVEXOR_WANTED=999 >log 2>&1; then
     fail "version 999 was found"
 fi
+grep -q "999" log || { cat log; fail "version 999 was refused for another reason"; }
 [ "$failed" = 1 ] || rm -rf "$work"
 exit $failed
