@@ -43,9 +43,9 @@ for folder in program_*; do
             case $source in
                 *.cpp) ${CXX:-c++} -std=c++11 $flags -c "$source" ;;
                 *) ${CC:-cc} -std=c99 -fexceptions $flags -c "$source" ;;
-            esac
+            esac || exit 1
         done
-        ${CXX:-c++} $flags part_*.o -o program -L"$libraries" -lvexor -Wl,-rpath,"$libraries"
+        ${CXX:-c++} $flags part_*.o -o program -L"$libraries" -lvexor -Wl,-rpath,"$libraries" || exit 1
         code=0
         ./program >output || code=$?
         [ "$code" = 0 ] || { echo "ends with code $code"; exit 1; }
