@@ -37,7 +37,7 @@ library=$(one 'lib*/libvexor.so')
 libraries=$(dirname "$library")
 soname=$(objdump -p "$library" | awk '$1 == "SONAME" {print $2}')
 [ "$soname" = "libvexor.so.${VERSION%%.*}" ] || fail "the soname is $soname"
-quietly "$source/tests/api/exported_symbols.sh" "$library" || true
+quietly "$source/tests/api/functions_called.sh" "$library" "$source" || true
 for header in vexor.h vexor_lite.h; do
     quietly "$source/tests/api/header_alone.sh" "$prefix/include/$header" || true
 done
