@@ -23,23 +23,21 @@ public:
     [[nodiscard]] vexor::context& inner() const { return vexor::to_context(m_handle); }
     [[nodiscard]] vexor::ast_manager* manager() const { return inner().get_manager(); }
 
-    [[nodiscard]] vexor_expr var(std::string const& name) const {
-        return vexor_mk_bool_var(m_handle, name.c_str());
-    }
-    [[nodiscard]] vexor_expr constant(std::string const& name, vexor_type t) const {
+    vexor_expr var(std::string const& name) const { return vexor_mk_bool_var(m_handle, name.c_str()); }
+    vexor_expr constant(std::string const& name, vexor_type t) const {
         return vexor_mk_var_from_decl(m_handle, vexor_mk_var_decl(m_handle, name.c_str(), t));
     }
-    [[nodiscard]] vexor_expr or_of(std::vector<vexor_expr> const& args) const {
+    vexor_expr or_of(std::vector<vexor_expr> const& args) const {
         return vexor_mk_or(m_handle, args.data(), static_cast<unsigned>(args.size()));
     }
-    [[nodiscard]] vexor_expr and_of(std::vector<vexor_expr> const& args) const {
+    vexor_expr and_of(std::vector<vexor_expr> const& args) const {
         return vexor_mk_and(m_handle, args.data(), static_cast<unsigned>(args.size()));
     }
-    [[nodiscard]] vexor_expr not_of(vexor_expr e) const { return vexor_mk_not(m_handle, e); }
-    [[nodiscard]] lbool value(vexor_expr name) const {
+    vexor_expr not_of(vexor_expr e) const { return vexor_mk_not(m_handle, e); }
+    lbool value(vexor_expr name) const {
         return vexor_get_value(vexor_get_model(m_handle), vexor_get_var_decl(name));
     }
-    [[nodiscard]] std::vector<assertion_id> core() const {
+    std::vector<assertion_id> core() const {
         std::vector<assertion_id> ids(vexor_get_unsat_core(m_handle, nullptr, 0));
         vexor_get_unsat_core(m_handle, ids.data(), static_cast<unsigned>(ids.size()));
         return ids;
