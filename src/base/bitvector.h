@@ -28,7 +28,12 @@ public:
         VEXOR_ASSERT(i < m_num_bits);
         m_bytes[i / 8] = static_cast<unsigned char>(m_bytes[i / 8] & ~(1u << (i % 8)));
     }
-    void set(unsigned i, bool value) { value ? set(i) : unset(i); }
+    // Without a branch on the value, which callers often cannot foresee.
+    void set(unsigned i, bool value) {
+        VEXOR_ASSERT(i < m_num_bits);
+        m_bytes[i / 8] = static_cast<unsigned char>((m_bytes[i / 8] & ~(1u << (i % 8))) |
+                                                    (static_cast<unsigned>(value) << (i % 8)));
+    }
 
     void push_back(bool value) {
         if (m_num_bits % 8 == 0) m_bytes.push_back(0);
