@@ -16,6 +16,7 @@
 //          where the clause is to look for another, and so change the course of the search.
 #include "search/context.h"
 
+#include <bit>
 #include <cstddef>
 
 namespace vexor {
@@ -71,6 +72,24 @@ inline bool context::propagate_binary_clauses(literal l) {
     }
     return true;
 }
+
+namespace {
+
+// The first literal that is not false, or end. In longer clauses the first four are looked at without a
+// branch between them: where the search stops is hard to foresee, and a wrong guess costs more than four
+// looks.
+inline literal* find_not_false(literal* it, literal* end, signed char const* values) {
+    if (end - it >= 4) {
+        unsigned found = 0;
+        for (unsigned i = 0; i < 4; ++i) found |= unsigned(values[it[i].index()] >= 0) << i;
+        if (found != 0) return it + std::countr_zero(found);
+        it += 4;
+    }
+    while (it != end && values[it->index()] < 0) ++it;
+    return it;
+}
+
+} // namespace
 
 // Walks the clause region with a read and a write position. Clauses move to sets of literals that are not
 // false. A constraint may do more: variables and clauses that it makes move the arrays, and a clause that
@@ -129,8 +148,7 @@ bool context::propagate_watched_clauses(literal l) {
         literal* const lits = c.begin();
         VEXOR_ASSERT((lits[0] == n && lits[1] == other) || (lits[0] == other && lits[1] == n));
         literal* const lits_end = c.end();
-        literal* found = lits + 2;
-        while (found != lits_end && values[found->index()] < 0) ++found;
+        literal* const found = find_not_false(lits + 2, lits_end, values);
         lits[0] = other;
         if (found != lits_end) {
             literal const next = *found;
