@@ -132,7 +132,7 @@ inline void context::resolve_antecedents(literal consequent, gexplanation reason
 inline void context::resolve_literal(literal l, std::int64_t level_floor, std::int64_t base_floor) {
     VEXOR_ASSERT(value(l) > 0);
     unsigned const var = static_cast<unsigned>(l.var());
-    std::int64_t const ts = m_timestamps[var];
+    std::int64_t const ts = m_causes[var].m_timestamp;
     if (ts < base_floor || m_marks.get(var)) return;
     m_marks.set(var, true);
     bump_activity(l.var());

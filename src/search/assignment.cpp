@@ -3,18 +3,6 @@
 
 namespace vexor {
 
-// The one step of assigning an unassigned literal; the propagation loop inlines the same five actions.
-void context::assign_unassigned(literal l, gexplanation reason) {
-    VEXOR_ASSERT(value(l) == 0);
-    unsigned const var = static_cast<unsigned>(l.var());
-    m_assignment[static_cast<unsigned>(l.index())] = 1;
-    m_assignment[static_cast<unsigned>((~l).index())] = -1;
-    m_timestamps[var] = (static_cast<std::int64_t>(m_trail.size()) << 5) | (m_scope_lvl & 31);
-    m_antecedents[var] = reason;
-    m_trail.push_back(trail_word(l));
-    if (m_has_atom.get(var)) m_atom_queue.push_back(l);
-}
-
 bool context::assign_literal_core(literal l, gexplanation reason) {
     int const v = value(l);
     if (v > 0) return true;
@@ -48,7 +36,7 @@ void context::assert_literal(literal l) {
     if (m_scope_lvl > m_base_lvl) current_out_of_order_data().m_literals.push_back(l);
     if (l.var() != 0) {
         if (!assign_literal_core(l, gexplanation::mk_decision(l))) return;
-        std::int64_t& ts = m_timestamps[static_cast<unsigned>(l.var())];
+        std::int64_t& ts = m_causes[static_cast<unsigned>(l.var())].m_timestamp;
         std::int64_t const floor = scope_floor(m_base_lvl);
         if (ts > floor) ts = floor;
     } else if (l == false_literal) {

@@ -171,6 +171,20 @@ void context::detach_clause(clause_ref ref) {
     watches(~c[1]).remove_clause(ref);
 }
 
+// Takes the removed clauses out of the given watch sets, which cover all of theirs. One walk over a set costs
+// no more than the search for one of its clauses. The order of the other entries stays.
+void context::sweep_watches(bitvector const& sets) {
+    for (unsigned i = 0; i < m_watches.size(); ++i) {
+        if (!sets.get(i)) continue;
+        watch_set& set = m_watches[i];
+        watch_entry* const kept =
+            std::remove_if(set.begin_clauses(), set.end_clauses(), [this](watch_entry e) {
+                return e.is_clause() && m_clauses[e.get_clause()].removed();
+            });
+        set.set_end_clauses(kept);
+    }
+}
+
 // A new clause may be false or unit already. Lemmas and problem clauses above the base are then looked at
 // again after each backjump; a learned clause only if it arrives false, since otherwise its watches are
 // right.
@@ -242,7 +256,7 @@ void context::collect_clause_memory() {
     }
     for (trail_word word : m_trail) {
         if (!word.is_literal()) continue;
-        gexplanation& reason = m_antecedents[static_cast<unsigned>(word.get_literal().var())];
+        gexplanation& reason = m_causes[static_cast<unsigned>(word.get_literal().var())].m_antecedent;
         if (reason.tag() == gexplanation::clausal)
             reason = gexplanation::mk_clause(m_clauses.move_to(fresh, reason.get_clause()));
     }

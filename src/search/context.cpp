@@ -61,8 +61,7 @@ void context::reset() {
     m_def2var.reset();
     m_assignment.reset();
     m_watches.reset();
-    m_antecedents.reset();
-    m_timestamps.reset();
+    m_causes.reset();
     m_activity.reset();
     m_bool_var_bodies.reset();
     m_marks.reset();

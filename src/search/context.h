@@ -118,9 +118,11 @@ public:
 
     // 1 true, -1 false, 0 unassigned.
     [[nodiscard]] int value(literal l) const { return m_assignment[static_cast<unsigned>(l.index())]; }
-    [[nodiscard]] gexplanation antecedent(int var) const { return m_antecedents[static_cast<unsigned>(var)]; }
+    [[nodiscard]] gexplanation antecedent(int var) const {
+        return m_causes[static_cast<unsigned>(var)].m_antecedent;
+    }
     [[nodiscard]] std::int64_t timestamp(literal l) const {
-        return m_timestamps[static_cast<unsigned>(l.var())];
+        return m_causes[static_cast<unsigned>(l.var())].m_timestamp;
     }
     // Gives l the value true. False if a conflict arose.
     bool assign_literal_core(literal l, gexplanation reason);
@@ -294,6 +296,7 @@ private:
     void select_watch(clause& c, unsigned position);
     void attach_clause(clause_ref ref);
     void detach_clause(clause_ref ref);
+    void sweep_watches(bitvector const& sets);
     void settle_new_clause(clause_ref ref, clause_kind kind);
     void record_out_of_order(clause_ref ref);
     void forget_clause(clause_ref ref);
@@ -409,15 +412,19 @@ private:
     random_numbers m_random; // not reset
     def_table m_def2var;     // variables by their definition
 
-    // Parallel arrays, indexed by literal or variable. Timestamp: trail position of the assignment shifted
-    // left by five, OR the scope modulo 32; or scope_floor(m_base_lvl) for values that hold below every
-    // retractable scope.
-    svector<signed char> m_assignment; // by literal: 1 true, -1 false, 0 unassigned
-    svector<watch_set> m_watches;      // by literal: what to visit when it becomes true
-    svector<gexplanation>
-        m_antecedents;                  // by variable: reason of the value, null_explanation while unassigned
-    svector<std::int64_t> m_timestamps; // by variable: valid while assigned, stale otherwise
-    svector<double> m_activity;         // by variable
+    // When and why a variable got its value. Timestamp: trail position of the assignment shifted left by
+    // five, OR the scope modulo 32; or scope_floor(m_base_lvl) for values that hold below every retractable
+    // scope.
+    struct cause {
+        std::int64_t m_timestamp = 0; // valid while assigned, stale otherwise
+        gexplanation m_antecedent;    // null_explanation while unassigned
+    };
+
+    // Parallel arrays, indexed by literal or variable.
+    svector<signed char> m_assignment;        // by literal: 1 true, -1 false, 0 unassigned
+    svector<watch_set> m_watches;             // by literal: what to visit when it becomes true
+    svector<cause> m_causes;                  // by variable: analysis reads both parts together
+    svector<double> m_activity;               // by variable
     svector<bool_var_body> m_bool_var_bodies; // by variable
     bitvector m_marks;                        // by variable: scratch of analysis, clear between analyses
     bitvector m_is_guard;                     // by variable: the guard of a retractable or weighted assertion
@@ -490,5 +497,16 @@ private:
     svector<int> m_implied_stack;       // minimization: depth-first walk
     unsigned m_num_open = 0;            // resolve_conflict: marked literals of the conflict level
 };
+
+// The one step of assigning an unassigned literal.
+inline void context::assign_unassigned(literal l, gexplanation reason) {
+    VEXOR_ASSERT(value(l) == 0);
+    unsigned const var = static_cast<unsigned>(l.var());
+    m_assignment[static_cast<unsigned>(l.index())] = 1;
+    m_assignment[static_cast<unsigned>((~l).index())] = -1;
+    m_causes[var] = {(static_cast<std::int64_t>(m_trail.size()) << 5) | (m_scope_lvl & 31), reason};
+    m_trail.push_back(trail_word(l));
+    if (m_has_atom.get(var)) m_atom_queue.push_back(l);
+}
 
 } // namespace vexor

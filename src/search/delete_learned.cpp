@@ -20,6 +20,7 @@ void context::remove_irrelevant_learned_clauses() {
     unsigned const first = m_first_deletable_learned;
     unsigned const n = m_learned_clauses.size() - first;
     unsigned const head_end = first + (n / g_head_tail_ratio) * (g_head_tail_ratio - 1);
+    bitvector sets(m_watches.size());
     for (unsigned i = first; i < m_learned_clauses.size(); ++i) {
         clause_ref const ref = m_learned_clauses[i];
         clause& c = m_clauses[ref];
@@ -33,8 +34,10 @@ void context::remove_irrelevant_learned_clauses() {
         if (num_unassigned <= relevancy) continue;
         ++m_stats.m_num_deleted_clauses;
         c.set_removed();
-        detach_clause(ref);
+        sets.set(static_cast<unsigned>((~c[0]).index()));
+        sets.set(static_cast<unsigned>((~c[1]).index()));
     }
+    sweep_watches(sets);
     remove_dead_clauses(m_learned_clauses, first, true);
     VEXOR_INVARIANT(2, check_invariant());
 }
@@ -74,13 +77,9 @@ void context::remove_half_of_learned_clauses() {
         c.set_removed();
         ++m_stats.m_num_deleted_clauses;
     }
-    for (watch_set& set : m_watches) {
-        watch_entry* const kept =
-            std::remove_if(set.begin_clauses(), set.end_clauses(), [this](watch_entry e) {
-                return e.is_clause() && m_clauses[e.get_clause()].removed();
-            });
-        set.set_end_clauses(kept);
-    }
+    bitvector all_sets;
+    all_sets.resize(m_watches.size(), true);
+    sweep_watches(all_sets);
     remove_dead_clauses(m_learned_clauses, first, true);
     VEXOR_INVARIANT(2, check_invariant());
 }

@@ -41,9 +41,7 @@ private:
         require(n >= first_bool_var, "the reserved variables exist");
         require(m_ctx.m_assignment.size() == 2 * n && m_ctx.m_watches.size() == 2 * n,
                 "size of an array by literal");
-        require(m_ctx.m_antecedents.size() == n && m_ctx.m_timestamps.size() == n &&
-                    m_ctx.m_activity.size() == n,
-                "size of an array by variable");
+        require(m_ctx.m_causes.size() == n && m_ctx.m_activity.size() == n, "size of an array by variable");
         require(m_ctx.m_scopes.size() == m_ctx.m_scope_lvl, "one trail mark per scope");
         require(m_ctx.m_base_level_trails.size() == m_ctx.m_base_lvl, "one base level trail per user scope");
         require(m_ctx.m_base_lvl <= m_ctx.m_scope_lvl, "base level below the scope");

@@ -88,7 +88,7 @@ bool context::implied_by_marked(literal l, std::int64_t floor, std::uint32_t lev
 
 // False if var shows that the walk must fail: no literal of its scope is in the clause.
 inline bool context::visit_predecessor(int var, std::int64_t floor, std::uint32_t levels) {
-    std::int64_t const ts = m_timestamps[static_cast<unsigned>(var)];
+    std::int64_t const ts = m_causes[static_cast<unsigned>(var)].m_timestamp;
     if (ts < floor || m_marks.get(static_cast<unsigned>(var))) return true;
     if ((level_bit(ts) & levels) == 0) return false;
     m_marks.set(static_cast<unsigned>(var), true);

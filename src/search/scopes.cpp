@@ -88,7 +88,7 @@ void context::pop_trail_stack_until(unsigned size) {
         literal const l = word.get_literal();
         m_assignment[static_cast<unsigned>(l.index())] = 0;
         m_assignment[static_cast<unsigned>((~l).index())] = 0;
-        m_antecedents[static_cast<unsigned>(l.var())] = null_explanation;
+        m_causes[static_cast<unsigned>(l.var())].m_antecedent = null_explanation;
         m_last_phase.set(static_cast<unsigned>(l.var()), !l.sign());
         if (!m_var_heap.contains(l.var())) m_var_heap.insert(l.var());
     }

@@ -13,7 +13,7 @@ void context::reserve_support_vars() {
     create_bool_var_core(null_body);
     m_assignment[0] = 1;
     m_assignment[1] = -1;
-    m_timestamps[0] = -1;
+    m_causes[0].m_timestamp = -1;
     create_bool_var_core(bool_var_body(new aux_bool_var_def()));
     create_bool_var_core(null_body);
 }
@@ -25,8 +25,7 @@ int context::create_bool_var_core(bool_var_body body) {
     m_assignment.push_back(0);
     m_assignment.push_back(0);
     m_watches.resize(2 * (n + 1));
-    m_antecedents.push_back(null_explanation);
-    m_timestamps.push_back(0);
+    m_causes.push_back(cause());
     m_activity.push_back(0.0);
     m_bool_var_bodies.push_back(body);
     m_marks.push_back(false);
@@ -82,8 +81,7 @@ void context::remove_bool_var() {
         m_watches.back().free_memory();
         m_watches.pop_back();
     }
-    m_antecedents.pop_back();
-    m_timestamps.pop_back();
+    m_causes.pop_back();
     m_activity.pop_back();
     m_bool_var_bodies.pop_back();
     m_marks.pop_back();
