@@ -19,7 +19,8 @@ void context::remove_irrelevant_learned_clauses() {
     if (get_verbosity_level() > 0) std::cerr << "c" << std::flush;
     unsigned const first = m_first_deletable_learned;
     unsigned const n = m_learned_clauses.size() - first;
-    unsigned const head_end = first + (n / g_head_tail_ratio) * (g_head_tail_ratio - 1);
+    unsigned const num_parts = std::max(g_head_tail_ratio, 1u);
+    unsigned const head_end = first + (n / num_parts) * (num_parts - 1);
     bitvector sets(m_watches.size());
     for (unsigned i = first; i < m_learned_clauses.size(); ++i) {
         clause_ref const ref = m_learned_clauses[i];

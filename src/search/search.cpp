@@ -183,8 +183,8 @@ bool context::handle_conflicts(unsigned& conflicts, bool& unsat) {
 
 // False if the search callback asked for a stop.
 bool context::run_deletion_schedule() {
-    if (!g_delete_irrelevant_learned_clauses || m_stats.m_num_conflicts % g_clause_deletion_frequency != 0)
-        return true;
+    if (!g_delete_irrelevant_learned_clauses || g_clause_deletion_frequency == 0) return true;
+    if (m_stats.m_num_conflicts % g_clause_deletion_frequency != 0) return true;
     remove_irrelevant_learned_clauses();
     if (m_search_callback(this)) return true;
     m_search_stopped.store(true, std::memory_order_relaxed);

@@ -14,7 +14,7 @@ inline constexpr int saved_polarity = 4;
 inline constexpr int alternating_polarity = 5;
 // Turns the schedule that deletes learned clauses on, and with it the search callback.
 extern bool g_delete_irrelevant_learned_clauses;
-// Conflicts between two rounds of deletion.
+// Conflicts between two rounds of deletion; 0 for no round, as if the schedule were off.
 extern unsigned g_clause_deletion_frequency;
 // A learned clause with at least this activity is never deleted.
 extern unsigned g_head_activity;
@@ -23,7 +23,7 @@ extern unsigned g_tail_activity;
 // Unassigned literals that an old, and a recent learned clause may have and stay.
 extern unsigned g_head_relevancy;
 extern unsigned g_tail_relevancy;
-// The deletable range is cut into this many parts; the last one is the recent tail.
+// The deletable range is cut into this many parts; the last one is the recent tail. 0 counts as 1: all is tail.
 extern unsigned g_head_tail_ratio;
 // With false a satisfiable answer leaves no model.
 extern bool g_build_model;

@@ -62,6 +62,30 @@ TEST_F(delete_test, old_clauses_with_many_open_literals_go) {
     ctx.check_invariant();
 }
 
+TEST_F(delete_test, a_ratio_of_zero_or_one_makes_all_recent) {
+    for (unsigned ratio : {0u, 1u}) {
+        g_head_tail_ratio = ratio;
+        clause_ref const stays = learned(0, 45);
+        clause_ref const goes = learned(0, 46);
+        probe.delete_irrelevant();
+        EXPECT_EQ(probe.learned_clauses().back(), stays);
+        EXPECT_TRUE(ctx.get_clause(goes).removed());
+    }
+}
+
+TEST(deletion_schedule, a_frequency_of_zero_never_deletes) {
+    search_settings_guard guard;
+    auto const deleted = [](unsigned frequency) {
+        g_clause_deletion_frequency = frequency;
+        context ctx;
+        add_pigeonhole(ctx, 6);
+        EXPECT_EQ(ctx.check(), -1);
+        return ctx.get_statistics().m_num_deleted_clauses;
+    };
+    EXPECT_GT(deleted(10), 0u);
+    EXPECT_EQ(deleted(0), 0u);
+}
+
 TEST_F(delete_test, assigned_literals_do_not_count) {
     clause_ref const ref = learned(0, 9);
     learned(20, 3);
