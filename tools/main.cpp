@@ -10,6 +10,7 @@
 #include "base/memory.h"
 #include "dimacs_command.h"
 #include "dimacs_output.h"
+#include "heap_pages.h"
 #include "input.h"
 #include "native_command.h"
 #include "options.h"
@@ -92,6 +93,7 @@ int run_files(options const& opts) {
 } // namespace
 
 int main(int argc, char** argv) {
+    ask_for_huge_pages();
     vexor::setNewHandler();
     try {
         options opts = parse_options(argc, argv);
