@@ -23,7 +23,8 @@ extern unsigned g_tail_activity;
 // Unassigned literals that an old, and a recent learned clause may have and stay.
 extern unsigned g_head_relevancy;
 extern unsigned g_tail_relevancy;
-// The deletable range is cut into this many parts; the last one is the recent tail. 0 counts as 1: all is tail.
+// The deletable range is cut into this many parts; the last one is the recent tail. 0 counts as 1: all is
+// tail.
 extern unsigned g_head_tail_ratio;
 // With false a satisfiable answer leaves no model.
 extern bool g_build_model;
