@@ -109,9 +109,10 @@ VEXOR_DLLSPEC void vexor_set_verbosity(int level);
 VEXOR_DLLSPEC const char* vexor_version(void);
 
 /* Writes what is done from now on to the named file, of all contexts of this interface, as commands of the
- * native language, each on a line and complete before its call begins: the file of a process that crashed can
- * be executed to the same point. It holds declarations, assertions, retractions, scopes, resets and the
- * questions vexor_check and vexor_max_sat. An existing file is emptied.
+ * native language, each on a line: a declaration behind its call, everything else before its call begins, so
+ * that the file of a process that crashed can be executed to the same point. It holds declarations,
+ * assertions, retractions, scopes, resets and the questions vexor_check and vexor_max_sat. An existing file
+ * is emptied.
  *
  * A call that raises an exception stays as a comment. Names that the language does not know as names are
  * written as log!1, log!2, ..., with the name as a comment in front of their declaration.
