@@ -68,8 +68,8 @@ typedef int64_t vexor_int64;
 
 /* A logical context: what is declared and asserted, with its scopes. */
 typedef struct vexor_context_record* vexor_context;
-/* The values of the last satisfiable answer of a context. Valid until the next assertion, question, pop or
- * reset of its context. */
+/* The values of the last satisfiable answer of a context. Valid until the next assertion, retraction,
+ * question, pop or reset of its context. */
 typedef struct vexor_model_record* vexor_model;
 /* A term or formula. */
 typedef struct vexor_expr_record* vexor_expr;
@@ -215,7 +215,8 @@ VEXOR_DLLSPEC lbool vexor_find_weighted_model(vexor_context ctx, int random);
 /* The retractable assertions that the last vexor_check found contradictory together with the plain ones.
  *
  * Writes at most max ids to ids, which may be null if max is 0. Result: the number of all of them; 0 after
- * any answer but -1, and when the plain assertions alone are contradictory. */
+ * any answer but -1, and when no retractable one was needed. The core is not always the smallest: it may name
+ * some even if the plain assertions alone are contradictory. */
 VEXOR_DLLSPEC unsigned vexor_get_unsat_core(vexor_context ctx, assertion_id* ids, unsigned max);
 
 /* --- Models. Their getters give 0 and leave their output arguments alone where there is no such value. */
