@@ -177,10 +177,10 @@ void callbacks(subject& s) {
     assert_pigeons(ctx, 9);
     c_callback_action = raise_exception;
     vexor_set_search_callback(ctx, c_callback);
-    for (int i = 0; i < 3; ++i) {
+    for (int i = 0; i < 2; ++i) {
         bool caught = false;
         std::function<void()> question;
-        if (i == 2)
+        if (i == 1)
             question = [&] { vexor_max_sat(ctx); };
         else
             question = [&] { vexor_check(ctx); };
@@ -192,7 +192,6 @@ void callbacks(subject& s) {
         CHECK(caught);
     }
     vexor_remove_search_callback(ctx);
-    CHECK(vexor_check(ctx) == -1);
     vexor_pop(ctx);
     s.is_as_before();
 }
