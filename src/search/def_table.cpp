@@ -60,51 +60,52 @@ bool def_table::equal(int a, int b) const {
 int def_table::find(int probe) const {
     if (m_size == 0) return null_bool_var;
     unsigned const mask = m_slots.size() - 1;
-    for (unsigned i = home(probe); m_slots[i] != null_bool_var; i = (i + 1) & mask)
-        if (equal(m_slots[i], probe)) return m_slots[i];
+    unsigned const h = hash(probe);
+    for (unsigned i = h & mask; m_slots[i].m_var != null_bool_var; i = (i + 1) & mask)
+        if (m_slots[i].m_hash == h && equal(m_slots[i].m_var, probe)) return m_slots[i].m_var;
     return null_bool_var;
 }
 
-void def_table::insert_core(int var) {
+void def_table::insert_core(slot const& member) {
     unsigned const mask = m_slots.size() - 1;
-    unsigned i = home(var);
-    while (m_slots[i] != null_bool_var) i = (i + 1) & mask;
-    m_slots[i] = var;
+    unsigned i = member.m_hash & mask;
+    while (m_slots[i].m_var != null_bool_var) i = (i + 1) & mask;
+    m_slots[i] = member;
 }
 
 void def_table::insert(int var) {
     VEXOR_ASSERT(find(var) == null_bool_var);
     if ((m_size + 1) * 3 > m_slots.size() * 2) grow();
-    insert_core(var);
+    insert_core({hash(var), var});
     ++m_size;
 }
 
 void def_table::grow() {
-    svector<int> old;
+    svector<slot> old;
     old.swap(m_slots);
-    m_slots.resize(old.empty() ? 64 : old.size() * 2, null_bool_var);
-    for (int var : old)
-        if (var != null_bool_var) insert_core(var);
+    m_slots.resize(old.empty() ? 64 : old.size() * 2, slot());
+    for (slot const& member : old)
+        if (member.m_var != null_bool_var) insert_core(member);
 }
 
 // Closes the gap by moving back each later member of the run that would otherwise become unreachable.
 void def_table::erase(int var) {
     if (m_size == 0) return;
     unsigned const mask = m_slots.size() - 1;
-    unsigned i = home(var);
-    while (m_slots[i] != var) {
-        if (m_slots[i] == null_bool_var) return;
+    unsigned i = hash(var) & mask;
+    while (m_slots[i].m_var != var) {
+        if (m_slots[i].m_var == null_bool_var) return;
         i = (i + 1) & mask;
     }
     unsigned gap = i;
-    for (unsigned j = (i + 1) & mask; m_slots[j] != null_bool_var; j = (j + 1) & mask) {
-        unsigned const h = home(m_slots[j]);
+    for (unsigned j = (i + 1) & mask; m_slots[j].m_var != null_bool_var; j = (j + 1) & mask) {
+        unsigned const h = m_slots[j].m_hash & mask;
         bool const reachable = ((j - h) & mask) < ((j - gap) & mask);
         if (reachable) continue;
         m_slots[gap] = m_slots[j];
         gap = j;
     }
-    m_slots[gap] = null_bool_var;
+    m_slots[gap] = slot();
     --m_size;
 }
 

@@ -30,12 +30,17 @@ public:
 private:
     [[nodiscard]] unsigned hash(int var) const;
     [[nodiscard]] bool equal(int a, int b) const;
-    [[nodiscard]] unsigned home(int var) const { return hash(var) & (m_slots.size() - 1); }
+    // The hash stands beside its member: to compare definitions first would fetch them from all over memory.
+    struct slot {
+        unsigned m_hash = 0;
+        int m_var = null_bool_var; // in a free slot
+    };
+
     void grow();
-    void insert_core(int var);
+    void insert_core(slot const& member);
 
     svector<bool_var_body> const& m_bodies; // of the context, by variable
-    svector<int> m_slots;                   // variables or null_bool_var; a power of two, or empty
+    svector<slot> m_slots;                  // a power of two, or empty
     unsigned m_size = 0;
 };
 
