@@ -1,6 +1,8 @@
 // Recomputes the Boolean state of a context from scratch and compares.
 #include "search/context.h"
 
+#include "base/bitvector.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -29,6 +31,7 @@ public:
         check_assignment();
         check_heap();
         check_lists();
+        find_discarded();
         check_watches();
         check_binary_clauses();
         check_out_of_order_records();
@@ -180,10 +183,14 @@ private:
 
     // The watch sets of both polarities were freed by simplify_clauses.
     [[nodiscard]] bool is_discarded(literal l) const {
-        if (m_ctx.value(l) == 0) return false;
+        return m_ctx.value(l) != 0 && m_discarded.get(static_cast<unsigned>(l.var()));
+    }
+
+    void find_discarded() {
+        m_discarded.resize(m_ctx.num_bool_vars(), false);
         for (unsigned i = 0; i < m_ctx.m_simp_qhead && i < m_ctx.m_trail.size(); ++i)
-            if (m_ctx.m_trail[i].is_literal() && m_ctx.m_trail[i].get_literal().var() == l.var()) return true;
-        return false;
+            if (m_ctx.m_trail[i].is_literal())
+                m_discarded.set(static_cast<unsigned>(m_ctx.m_trail[i].get_literal().var()), true);
     }
 
     void check_binary_clauses() const {
@@ -238,6 +245,7 @@ private:
     }
 
     context const& m_ctx;
+    bitvector m_discarded; // by variable: see is_discarded
 };
 
 void context::check_invariant() const { invariant_checker(*this).run(); }
