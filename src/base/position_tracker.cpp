@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <climits>
 #include <ostream>
+#include <utility>
 
 #include "base/debug.h"
 #include "base/string_buffer.h"
@@ -16,9 +17,16 @@ void position_tracker::new_file(char const* name) { continue_file(0, 0, 1, name)
 
 void position_tracker::continue_file(int offset, int column, int line, char const* name) {
     char const* interned = name ? g_ustring_manager.unique_string(name) : nullptr;
+    if (m_files.size() == max_spans) forget_older_half();
     m_files.push_back(file_info{saturate(m_pos + 1L), offset, column, line, interned, {}});
     m_files.back().m_line_starts.push_back(m_pos);
     m_file_open = true;
+}
+
+void position_tracker::forget_older_half() {
+    unsigned const half = m_files.size() / 2;
+    for (unsigned i = half; i < m_files.size(); ++i) m_files[i - half] = std::move(m_files[i]);
+    m_files.shrink(m_files.size() - half);
 }
 
 void position_tracker::close_file(int pos) {

@@ -12,8 +12,13 @@ class string_buffer;
 // The input of a solver is one sequence of characters, though it comes from many files that include each
 // other. The tracker cuts it into spans, one for each stretch of a file, and keeps where lines end. Counts
 // that pass the range of int stay at its end: positions beyond are then imprecise and nothing else.
+//
+// Each call of an interface that takes text is a file, and a program may make calls without end: of too many
+// spans the older half is forgotten, and positions in them are invalid.
 class position_tracker {
 public:
+    static constexpr unsigned max_spans = 1U << 16;
+
     struct position {
         int m_line = -1;
         int m_column = -1;
@@ -42,6 +47,8 @@ public:
     void check_invariant() const;
 
 private:
+    void forget_older_half();
+
     struct file_info {
         int m_initial_pos;          // running position where the span starts
         int m_initial_offset;       // offset in the file there

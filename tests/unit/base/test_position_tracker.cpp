@@ -182,5 +182,27 @@ TEST(position_tracker_test, agrees_with_counting) {
     }
 }
 
+TEST(position_tracker, old_spans_are_forgotten) {
+    position_tracker tracker;
+    int pos = 0;
+    unsigned const n = 3 * position_tracker::max_spans;
+    for (unsigned i = 0; i < n; ++i) {
+        tracker.new_file(i % 2 == 0 ? "even" : "odd");
+        pos = tracker.get_file_initial_pos();
+        tracker.new_line(pos + 3);
+        tracker.close_file(pos + 9);
+    }
+    tracker.check_invariant();
+    EXPECT_EQ(tracker.get_position(5).m_line, -1);
+    // Of those that are kept, nothing has changed.
+    for (unsigned back = 0; back < position_tracker::max_spans / 2; back += 1000) {
+        position_tracker::position const p = tracker.get_position(pos + 5 - static_cast<int>(10 * back));
+        EXPECT_EQ(p.m_line, 2);
+        EXPECT_EQ(p.m_column, 2);
+        EXPECT_EQ(p.m_pos, 5);
+        EXPECT_STREQ(p.m_file_name, back % 2 == 0 ? "odd" : "even");
+    }
+}
+
 } // namespace
 } // namespace vexor

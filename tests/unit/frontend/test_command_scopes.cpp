@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <malloc.h>
+
 #include <fstream>
 
 namespace vexor_test {
@@ -122,6 +124,23 @@ TEST(scopes, twenty_thousand_pairs_leave_no_variable_nor_clause) {
 }
 
 // --- Reset.
+
+// Each call is a text of its own.
+TEST(calls, without_end_leave_the_memory_as_it_is) {
+    command_session s;
+    EXPECT_EQ(s.run("(define a::bool)(define b::bool)(assert (or a b))"), "");
+    auto const rounds = [&](unsigned n) {
+        for (unsigned i = 0; i < n; ++i) {
+            s.run("(check)(push)(define c::bool)(assert (or (not a) (= b c)))(assert+ (not a))(check)(pop)");
+            read_from_string(&s.m_context, "");
+        }
+        return mallinfo2().uordblks;
+    };
+    // Whole turns of the tracker of positions, which forgets half of its spans when it is full.
+    std::size_t const before = rounds(position_tracker::max_spans / 2);
+    std::size_t const after = rounds(position_tracker::max_spans / 4);
+    EXPECT_LT(after, before + 100000);
+}
 
 TEST(reset, forgets_names_assertions_and_scopes) {
     command_session s;
