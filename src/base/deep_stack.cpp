@@ -304,6 +304,23 @@ void run(void (*function)(void*), void* argument) {
 
 } // namespace deep_stack_detail
 
+depth_reserve::depth_reserve()
+    : m_hard_limit(deep_stack_detail::t_stack.m_hard_limit)
+    , m_soft_limit(deep_stack_detail::t_soft_limit) {
+    VEXOR_ASSERT(is_on_deep_stack());
+    auto const here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+    if (here <= m_hard_limit) return;
+    std::uintptr_t const limit = m_hard_limit + (here - m_hard_limit) / 2;
+    deep_stack_detail::t_stack.m_hard_limit = limit;
+    deep_stack_detail::t_soft_limit = std::max(m_soft_limit, limit);
+}
+
+// The soft limit also tells how much of the stack was touched.
+depth_reserve::~depth_reserve() {
+    deep_stack_detail::t_stack.m_hard_limit = m_hard_limit;
+    deep_stack_detail::t_soft_limit = std::min(m_soft_limit, deep_stack_detail::t_soft_limit);
+}
+
 void set_deep_stack_size(std::size_t bytes) { deep_stack_detail::g_size_bound = bytes; }
 
 } // namespace vexor

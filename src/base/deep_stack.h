@@ -83,6 +83,21 @@ decltype(auto) on_deep_stack(F&& f) {
     }
 }
 
+// While it lives, check_depth throws when half of what was left of the deep stack is used up: what runs
+// afterwards has twice the room. Work that must not fail goes behind work of the same depth that may. It must
+// be made on the deep stack, and no call of on_deep_stack may end before it.
+class depth_reserve {
+public:
+    depth_reserve();
+    depth_reserve(depth_reserve const&) = delete; // stands for a stretch of time
+    depth_reserve& operator=(depth_reserve const&) = delete;
+    ~depth_reserve();
+
+private:
+    std::uintptr_t m_hard_limit; // to be restored
+    std::uintptr_t m_soft_limit; // the same
+};
+
 // An upper bound, in bytes, on the deep stacks of all threads; a running call keeps its own. 0 restores the
 // default, which is 8 GB, less where the machine's memory or the limit on the address space is small.
 void set_deep_stack_size(std::size_t bytes);

@@ -16,12 +16,18 @@ void init_internalizer(context& ctx) {
     ctx.set_internalizer(std::make_unique<default_ast_internalization_visitor>(&ctx));
 }
 
+// An exception for too deep a formula must come here and not among the clauses. The passes walk over the same
+// nodes as the translation, and a level costs them no less of the stack; but they meet shared nodes once,
+// while one that is asserted is met again where it is named. So they get by with half of the stack.
 shared_ptr<expr> default_ast_internalization_visitor::prepare(expr* e) {
     shared_ptr<expr> result(e);
-    if (g_cache_ite)
-        simplify(result, m_context);
-    else
-        simplify(result);
+    on_deep_stack([&] {
+        depth_reserve const reserve;
+        if (g_cache_ite)
+            simplify(result, m_context);
+        else
+            simplify(result);
+    });
     if (result->is_boolean()) check_support(result.get());
     return result;
 }

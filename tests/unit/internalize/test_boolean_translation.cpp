@@ -1,4 +1,5 @@
 // What assertions become: variables and clauses counted, forms with a guard, refusals, values in a model.
+#include "base/deep_stack.h"
 #include "support/command_session.h"
 
 #include <gtest/gtest.h>
@@ -138,6 +139,50 @@ TEST(refusals_of_the_translation, name_what_they_cannot_do_and_the_context_goes_
     }
     EXPECT_EQ(s.m_context.num_bool_vars(), reserved);
     EXPECT_EQ(s.run("(assert a)(assert (not a))"), "unsat\n");
+}
+
+// --- Too deep formulas.
+
+// d0 is a chain over x, each later one a chain over the one before; all are asserted at once, so that each is
+// met as an assertion first and as a part of the next one afterwards.
+std::string chained_definitions(int number, int levels) {
+    std::string text = "(define x::bool)(define y::bool)(define z::bool)", all;
+    for (int i = 0; i < number; ++i) {
+        std::string chain, closing;
+        for (int k = 0; k < levels; ++k) {
+            chain += "(or y (and z ";
+            closing += "))";
+        }
+        std::string const before = i == 0 ? "x" : "d" + std::to_string(i - 1);
+        text += "(define d" + std::to_string(i) + "::bool " + chain + before + closing + ")";
+        all += " d" + std::to_string(i);
+    }
+    return text + "(assert (and" + all + "))";
+}
+
+// A formula enters as a whole or not at all, wherever the stack ends.
+TEST(too_deep_formulas, are_refused_before_the_first_clause) {
+    set_deep_stack_size(1 << 20);
+    int refused = 0, accepted = 0;
+    for (int number : {2, 6, 18}) {
+        for (int levels = 50; levels < 800; levels += levels / 8) {
+            SCOPED_TRACE(std::to_string(number) + " chains of " + std::to_string(levels));
+            command_session s;
+            std::string const out = s.run(chained_definitions(number, levels));
+            if (out.empty()) {
+                ++accepted;
+                EXPECT_EQ(s.run("(assert (not y))(check)(assert (not x))"), "sat\nunsat\n");
+            } else {
+                // The parser has another message.
+                if (out == "!input is nested too deeply") ++refused;
+                EXPECT_NE(out.find(" too deep"), std::string::npos) << out;
+                EXPECT_EQ(s.m_context.num_bool_vars(), reserved);
+            }
+        }
+    }
+    set_deep_stack_size(0);
+    EXPECT_GT(accepted, 0);
+    EXPECT_GT(refused, 0);
 }
 
 // --- Values.
