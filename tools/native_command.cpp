@@ -14,6 +14,7 @@
 #include "line_editor.h"
 #include "progress.h"
 #include "search/context.h"
+#include "search/search_settings.h"
 #include "session_text.h"
 #include "stop_request.h"
 
@@ -30,6 +31,8 @@ public:
         vexor::build_predefined_functions(&m_context);
         m_context.set_evidence(opts.m_evidence);
         vexor::g_type_check = opts.m_type_check;
+        // An assertion leaves many variables that no conflict touches: kept values save deciding them anew.
+        vexor::g_decision_polarity = opts.m_phase >= 0 ? opts.m_phase : vexor::saved_polarity;
         if (!opts.m_quiet) show_progress(m_context);
         m_watch->set_context(&m_context);
     }
@@ -50,21 +53,31 @@ public:
         while (editor.read_line(pending.empty() ? "vexor> " : "  ...> ", line)) {
             pending.append(line);
             if (pending.is_open()) continue;
-            try {
-                vexor::read_from_string(&m_context, pending.take().c_str());
-            } catch (vexor::vexor_exception const& error) {
-                std::cerr << error.what() << "\n";
-            }
-            std::cout.flush();
+            execute(pending.take());
             if (stop_requested() != stop_reason::none) break;
         }
+        // The input may end in the midst of a command; the reader tells what is missing.
+        bool const complete = pending.empty() || execute(pending.take());
         std::cout << "\n";
-        return 0;
+        return complete ? 0 : 1;
     }
 
     void print_statistics() { m_context.get_statistics().display(std::cout, "; "); }
 
 private:
+    // False after an error, which was told.
+    bool execute(std::string const& text) {
+        bool done = false;
+        try {
+            vexor::read_from_string(&m_context, text.c_str());
+            done = true;
+        } catch (vexor::vexor_exception const& error) {
+            std::cerr << error.what() << "\n";
+        }
+        std::cout.flush();
+        return done;
+    }
+
     vexor::ast_manager m_manager;
     vexor::context m_context;
     std::optional<stop_watch> m_watch; // ends before the context
