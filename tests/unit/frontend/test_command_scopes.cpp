@@ -151,6 +151,15 @@ TEST(reset, forgets_names_assertions_and_scopes) {
     EXPECT_EQ(s.run("(define x::bool)(assert (not x))(check)"), "sat\n");
 }
 
+// Without the way out at 0 no number would be a value there, and any formula with the term unsatisfiable.
+TEST(reset, division_by_zero_has_any_value) {
+    command_session s;
+    std::ostringstream type;
+    type << *s.m_manager.find_const_decl("div")->get_type();
+    EXPECT_NE(type.str().find("(or\n"), std::string::npos) << type.str();
+    EXPECT_NE(type.str().find("(= y 0)"), std::string::npos) << type.str();
+}
+
 TEST(reset, defines_div_and_mod_anew) {
     command_session s;
     EXPECT_EQ(s.run("(define d::int (div 7 2))").substr(0, 1), "");

@@ -118,6 +118,22 @@ TEST(read_dimacs, weights_are_ignored_without_max_sat) {
     EXPECT_EQ(-1, ctx.get_model().value(4));
 }
 
+// The second file stands behind the guards of the first, and makes none.
+TEST(read_dimacs, weights_are_ignored_without_max_sat_behind_a_weighted_file) {
+    context ctx;
+    read(ctx, "p wcnf 1 2\n10 1 0\n3 -1 0\n", true);
+    unsigned const num_vars = ctx.num_bool_vars();
+    ASSERT_EQ(2u, ctx.get_weighted_vars().size());
+    read(ctx, "p wcnf 2 2\n7 1 2 0\n9223372036854775807 -1 0\n", false);
+    EXPECT_EQ(num_vars + 2, ctx.num_bool_vars());
+    EXPECT_EQ(2u, ctx.get_weighted_vars().size());
+    EXPECT_THROW(read(ctx, "p wcnf 1 1\n0 1 0\n", false), cnf_exception);
+    EXPECT_EQ(1, ctx.max_sat());
+    EXPECT_EQ(numeral(3), ctx.get_model().cost());
+    EXPECT_EQ(-1, ctx.get_model().value(static_cast<int>(num_vars)));
+    EXPECT_EQ(1, ctx.get_model().value(static_cast<int>(num_vars) + 1));
+}
+
 TEST(read_dimacs, a_soft_clause_has_a_guard_behind_the_variables) {
     context ctx;
     read(ctx, "p wcnf 3 2\n10 1 -2 0\n", true);

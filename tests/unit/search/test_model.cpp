@@ -58,6 +58,42 @@ TEST(model, values_survive_the_undone_search) {
     EXPECT_TRUE(copy.cost().is_neg());
 }
 
+// A kept model may know more variables than there are, and fewer: what it does not know is unassigned.
+TEST(model, kept_beyond_its_scope_is_read_within_bounds) {
+    context ctx;
+    std::vector<literal> const x = fresh(ctx, 2);
+    add(ctx, {x[0]});
+    ctx.push();
+    std::vector<literal> const inner = fresh(ctx, 300);
+    literal const paid = ctx.create_fresh_weighted_bool_var(numeral(3));
+    for (literal l : inner) add(ctx, {l});
+    add(ctx, {paid});
+    EXPECT_EQ(ctx.max_sat(), 1);
+    EXPECT_EQ(ctx.get_model().cost(), numeral(3));
+    ctx.pop_and_keep_model(1);
+    ASSERT_TRUE(ctx.get_model().is_valid());
+    EXPECT_EQ(ctx.num_bool_vars(), 5u);
+    std::ostringstream shrunk;
+    ctx.get_model().display(shrunk);
+    EXPECT_EQ(shrunk.str(), "\ncost: 3\n");
+    svector<int> ids;
+    ctx.get_inconsistent_assertions(ids);
+    EXPECT_TRUE(ids.empty());
+
+    // The other way around: variables that came after the answer.
+    EXPECT_EQ(ctx.check(), 1);
+    literal const late = fresh(ctx, 1)[0];
+    literal const late_paid = ctx.create_fresh_weighted_bool_var(numeral(1));
+    EXPECT_EQ(ctx.get_model().value(x[0].var()), 1);
+    EXPECT_EQ(ctx.get_model().value(late.var()), 0);
+    EXPECT_EQ(ctx.get_model().value(late_paid.var()), 0);
+    ctx.get_inconsistent_assertions(ids);
+    EXPECT_TRUE(ids.empty());
+    std::ostringstream grown;
+    ctx.get_model().display(grown);
+    ctx.get_model().display_dimacs(grown);
+}
+
 TEST(model, none_if_none_is_wanted) {
     search_settings_guard const guard;
     g_build_model = false;
