@@ -215,7 +215,9 @@ public:
     // Ends a running search as soon as its loops notice; the answer is then 0. May be called from any thread
     // and from a signal handler; without effect while no search runs.
     void stop_the_search();
-    [[nodiscard]] bool search_stopped() const { return m_search_stopped.load(std::memory_order_relaxed); }
+    [[nodiscard]] bool search_stopped() const {
+        return (m_search_state.load(std::memory_order_relaxed) & stopped_bit) != 0;
+    }
     // False when a search loop must leave: a type error or a stop.
     [[nodiscard]] bool keep_searching() const { return m_type_correct && !search_stopped(); }
     void set_search_callback(search_callback callback) { m_search_callback = callback; }
@@ -473,8 +475,11 @@ private:
     bool m_need_assignment = false;              // keep the Boolean values even if no model is to be built
     std::function<void(context&)> m_improvement_callback; // not reset
 
-    std::atomic<bool> m_search_stopped{false};
-    std::atomic<bool> m_in_search{false};
+    // The number of the search, shifted left by two, OR running_bit while it runs, OR stopped_bit when it was
+    // or shall be stopped. One word, so that a stop that comes late never hits the search after the one it
+    // meant.
+    static constexpr std::uint64_t running_bit = 1, stopped_bit = 2;
+    std::atomic<std::uint64_t> m_search_state{0};
     bool m_type_correct = true;
     bool m_incomplete = false;         // an answer "satisfiable" would only be "unknown"
     bool m_evidence = false;           // not reset

@@ -187,12 +187,15 @@ bool context::run_deletion_schedule() {
     if (m_stats.m_num_conflicts % g_clause_deletion_frequency != 0) return true;
     remove_irrelevant_learned_clauses();
     if (m_search_callback(this)) return true;
-    m_search_stopped.store(true, std::memory_order_relaxed);
+    m_search_state.fetch_or(stopped_bit, std::memory_order_relaxed);
     return false;
 }
 
 void context::stop_the_search() {
-    if (m_in_search.load(std::memory_order_acquire)) m_search_stopped.store(true, std::memory_order_relaxed);
+    std::uint64_t seen = m_search_state.load(std::memory_order_acquire);
+    // Fails when the search has ended, or was stopped, since the look: there is nothing left to stop.
+    if ((seen & running_bit) != 0)
+        m_search_state.compare_exchange_strong(seen, seen | stopped_bit, std::memory_order_acq_rel);
 }
 
 namespace {

@@ -13,18 +13,23 @@ class stop_frame {
 public:
     explicit stop_frame(context& ctx)
         : m_context(ctx)
-        , m_is_outermost(!ctx.m_in_search.load(std::memory_order_relaxed)) {
+        , m_is_outermost((state() & context::running_bit) == 0) {
         if (!m_is_outermost) return;
-        m_context.m_search_stopped.store(false, std::memory_order_relaxed);
-        m_context.m_in_search.store(true, std::memory_order_release);
+        std::uint64_t const number = (state() >> 2) + 1;
+        m_context.m_search_state.store(number << 2 | context::running_bit, std::memory_order_release);
     }
     stop_frame(stop_frame const&) = delete; // ends once
     stop_frame& operator=(stop_frame const&) = delete;
     ~stop_frame() {
-        if (m_is_outermost) m_context.m_in_search.store(false, std::memory_order_release);
+        if (m_is_outermost)
+            m_context.m_search_state.fetch_and(~context::running_bit, std::memory_order_release);
     }
 
 private:
+    [[nodiscard]] std::uint64_t state() const {
+        return m_context.m_search_state.load(std::memory_order_relaxed);
+    }
+
     context& m_context;
     bool m_is_outermost;
 };
