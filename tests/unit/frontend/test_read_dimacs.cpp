@@ -124,7 +124,7 @@ TEST(read_dimacs, weights_are_ignored_without_max_sat_behind_a_weighted_file) {
     read(ctx, "p wcnf 1 2\n10 1 0\n3 -1 0\n", true);
     unsigned const num_vars = ctx.num_bool_vars();
     ASSERT_EQ(2u, ctx.get_weighted_vars().size());
-    read(ctx, "p wcnf 2 2\n7 1 2 0\n9223372036854775807 -1 0\n", false);
+    read(ctx, "p wcnf 2 2\n7 1 2 0\n9223372036854775806 -1 0\n", false);
     EXPECT_EQ(num_vars + 2, ctx.num_bool_vars());
     EXPECT_EQ(2u, ctx.get_weighted_vars().size());
     EXPECT_THROW(read(ctx, "p wcnf 1 1\n0 1 0\n", false), cnf_exception);
