@@ -98,9 +98,10 @@ void cnf_parser::read_clause() {
     }
 }
 
+// Weight 0 is right, if pointless: files have such clauses, and they cost nothing.
 void cnf_parser::read_weight() {
     m_weight = read_number("a weight");
-    if (m_weight <= 0) fail("a weight must be greater than zero, found " + std::to_string(m_weight));
+    if (m_weight < 0) fail("a weight must not be negative, found " + std::to_string(m_weight));
     if (m_weight == number_overflow) fail("the weight is too large");
 }
 
