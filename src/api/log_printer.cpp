@@ -1,11 +1,9 @@
 #include "api/log_printer.h"
 
-#include "ast/for_each_visitor.h"
 #include "ast/nodes.h"
 #include "base/deep_stack.h"
 #include "frontend/lexer.h"
 
-#include <algorithm>
 #include <climits>
 #include <cstring>
 #include <sstream>

@@ -29,7 +29,7 @@ bool callback_wrapper(context* ctx) {
     bool const has_model = m.is_valid();
     g_callback_data.model_available = has_model ? 1 : 0;
     g_callback_data.cost = has_model ? vexor_get_cost(reinterpret_cast<vexor_model>(&m)) : 0;
-    g_callback_data.maxsat_iterations = has_model ? clamp(stats.m_num_maxsat_iterations) : 0;
+    g_callback_data.maxsat_iterations = clamp(stats.m_num_maxsat_iterations);
     g_callback_data.conflicts = clamp(stats.m_num_conflicts);
     g_callback_data.decisions = clamp(stats.m_num_decisions);
     g_callback_data.restarts = clamp(stats.m_num_restarts);

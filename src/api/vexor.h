@@ -89,7 +89,7 @@ typedef int lbool;
 typedef struct search_data {
     int model_available;   /* 1 if a model was found already (by vexor_max_sat), else 0 */
     vexor_int64 cost;      /* its cost, as vexor_get_cost tells it; 0 without a model */
-    int maxsat_iterations; /* searches of vexor_max_sat so far; 0 without a model */
+    int maxsat_iterations; /* searches of the present or last vexor_max_sat */
     int conflicts;         /* of the context since it was made or reset; counts stop at the greatest int */
     int decisions;
     int restarts;
@@ -135,7 +135,7 @@ VEXOR_DLLSPEC void vexor_set_max_num_conflicts_in_maxsat_iteration(unsigned max)
 /* Improvements of its model that vexor_max_sat looks for before it gives up; default 10000. */
 VEXOR_DLLSPEC void vexor_set_max_num_iterations_in_maxsat(unsigned max);
 
-/* Lets every later vexor_max_sat look for models of at most this cost first. */
+/* Lets every later vexor_max_sat look for models of at most this cost first, until vexor_max_sat_cost_leq. */
 VEXOR_DLLSPEC void vexor_set_maxsat_initial_cost(vexor_int64 cost);
 
 /* --- Contexts and scopes. */
@@ -205,7 +205,7 @@ VEXOR_DLLSPEC lbool vexor_check(vexor_context ctx);
 VEXOR_DLLSPEC lbool vexor_max_sat(vexor_context ctx);
 
 /* The same, looking for models of at most the given cost first: a good guess saves time, a wrong one costs
- * only time. */
+ * only time. Forgets the cost of vexor_set_maxsat_initial_cost. */
 VEXOR_DLLSPEC lbool vexor_max_sat_cost_leq(vexor_context ctx, vexor_int64 max_cost);
 
 /* Looks for one model in which weighted assertions may fail, preferring that they hold, without any attempt

@@ -72,6 +72,20 @@ TEST_F(callback_test, only_at_deletion_points) {
     EXPECT_EQ(seen.last.maxsat_iterations, 0);
 }
 
+// Without a model the searches of max_sat are counted all the same.
+TEST_F(callback_test, counts_the_searches_of_max_sat_without_a_model) {
+    call_often();
+    api_context ctx;
+    ctx.assert_pigeons(6);
+    vexor_assert_weighted(ctx, ctx.var("soft"), 2);
+    vexor_set_search_callback(ctx, watch);
+    EXPECT_EQ(vexor_max_sat(ctx), -1);
+    ASSERT_GT(seen.num_calls, 0);
+    EXPECT_EQ(seen.last.model_available, 0);
+    EXPECT_EQ(seen.last.cost, 0);
+    EXPECT_GT(seen.last.maxsat_iterations, 0);
+}
+
 TEST_F(callback_test, stops_the_search) {
     call_often();
     api_context ctx;
