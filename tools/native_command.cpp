@@ -5,8 +5,8 @@
 #include <string>
 #include <unistd.h>
 
-#include "ast/ast_manager.h"
-#include "ast/settings.h"
+#include "ast/node/ast_manager.h"
+#include "ast/node/settings.h"
 #include "base/exceptions.h"
 #include "frontend/command_interpreter.h"
 #include "input.h"

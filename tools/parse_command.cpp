@@ -2,8 +2,8 @@
 
 #include <iostream>
 
-#include "ast/ast_manager.h"
-#include "ast/settings.h"
+#include "ast/node/ast_manager.h"
+#include "ast/node/settings.h"
 #include "frontend/native_reader.h"
 #include "frontend/parser.h"
 #include "input.h"

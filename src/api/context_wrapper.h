@@ -3,7 +3,7 @@
 
 #include "api/misuse.h"
 #include "api/vexor.h"
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 #include "base/shared_ptr.h"
 #include "base/vector.h"
 #include "search/context.h"

@@ -3,8 +3,8 @@
 
 #include "api/busy_guard.h"
 #include "api/version.h"
-#include "ast/ast_manager.h"
-#include "ast/settings.h"
+#include "ast/node/ast_manager.h"
+#include "ast/node/settings.h"
 #include "base/diagnostics.h"
 #include "base/exceptions.h"
 #include "frontend/command_interpreter.h"

@@ -1,6 +1,6 @@
 #include "api/log_printer.h"
 
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 #include "base/deep_stack.h"
 #include "frontend/lexer.h"
 

@@ -1,7 +1,7 @@
 // The text of terms and types in the log.
 #pragma once
 
-#include "ast/pp_visitor.h"
+#include "ast/print/pp_visitor.h"
 #include "base/hash_table.h"
 #include "base/ustring.h"
 

@@ -2,8 +2,8 @@
 #define VEXOR_WITH_GMP
 #include "api/api_exceptions.h"
 #include "api/context_wrapper.h"
-#include "ast/nodes.h"
-#include "ast/op_rules.h"
+#include "ast/node/nodes.h"
+#include "ast/types/op_rules.h"
 
 using namespace vexor;
 

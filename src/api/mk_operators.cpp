@@ -1,6 +1,6 @@
 // Construction of applications.
 #include "api/context_wrapper.h"
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 
 using namespace vexor;
 

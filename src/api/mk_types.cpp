@@ -2,8 +2,8 @@
 #include "api/api_exceptions.h"
 #include "api/call_log.h"
 #include "api/context_wrapper.h"
-#include "ast/nodes.h"
-#include "ast/op_rules.h"
+#include "ast/node/nodes.h"
+#include "ast/types/op_rules.h"
 
 #include <string>
 

@@ -2,7 +2,7 @@
 #define VEXOR_WITH_GMP
 #include "api/busy_guard.h"
 #include "api/context_wrapper.h"
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 
 #include <iostream>
 #include <limits>

@@ -1,6 +1,6 @@
 // Declarations by name, and all of them in turn.
 #include "api/context_wrapper.h"
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 #include "search/var_decl_iterator.h"
 
 using namespace vexor;

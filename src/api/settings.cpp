@@ -1,5 +1,5 @@
 // Settings of the process, as exported functions.
-#include "ast/settings.h"
+#include "ast/node/settings.h"
 #include "api/call_log.h"
 #include "api/misuse.h"
 #include "api/version.h"

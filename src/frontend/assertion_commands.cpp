@@ -1,7 +1,7 @@
 // The commands that change what is asserted.
 #include "frontend/command_interpreter.h"
 
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 #include "frontend/read_term.h"
 #include "frontend/user_scopes.h"
 #include "search/context.h"

@@ -1,7 +1,7 @@
 // The loop over commands, and what they share.
 #include "frontend/command_interpreter.h"
 
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 #include "base/deep_stack.h"
 #include "frontend/parser_parts.h"
 #include "frontend/read_term.h"

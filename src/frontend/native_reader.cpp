@@ -2,8 +2,8 @@
 
 #include <ostream>
 
-#include "ast/settings.h"
-#include "ast/type_checker.h"
+#include "ast/node/settings.h"
+#include "ast/types/type_checker.h"
 #include "base/deep_stack.h"
 #include "frontend/parser.h"
 #include "frontend/read_term.h"

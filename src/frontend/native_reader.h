@@ -4,7 +4,7 @@
 
 #include <iosfwd>
 
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 #include "base/shared_ptr.h"
 
 namespace vexor {

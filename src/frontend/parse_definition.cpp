@@ -1,7 +1,7 @@
 // define and define-type.
 #include <algorithm>
 
-#include "ast/substitution.h"
+#include "ast/visit/substitution.h"
 #include "frontend/parser_parts.h"
 
 namespace vexor {

@@ -1,7 +1,7 @@
 // Expressions without variables of their own.
 #include <climits>
 
-#include "ast/op_rules.h"
+#include "ast/types/op_rules.h"
 #include "base/deep_stack.h"
 #include "frontend/parser_parts.h"
 

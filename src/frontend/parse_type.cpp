@@ -1,6 +1,6 @@
 // Types but for those that bring names with them.
-#include "ast/op_rules.h"
-#include "ast/type_checker_exception.h"
+#include "ast/types/op_rules.h"
+#include "ast/types/type_checker_exception.h"
 #include "base/deep_stack.h"
 #include "frontend/parser_parts.h"
 

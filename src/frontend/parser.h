@@ -8,7 +8,7 @@
 
 #include <iosfwd>
 
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 #include "base/hash_table.h"
 #include "base/scoped_table.h"
 #include "base/shared_ptr.h"

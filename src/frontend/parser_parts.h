@@ -1,7 +1,7 @@
 // What the source files of the parser share.
 #pragma once
 
-#include "ast/ast_exceptions.h"
+#include "ast/node/ast_exceptions.h"
 #include "frontend/parser.h"
 
 namespace vexor {

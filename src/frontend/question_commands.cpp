@@ -1,7 +1,7 @@
 // The commands that ask, tell and set.
 #include "frontend/command_interpreter.h"
 
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 #include "base/diagnostics.h"
 #include "frontend/read_term.h"
 #include "internalize/internalize_settings.h"

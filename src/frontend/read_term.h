@@ -3,7 +3,7 @@
 
 #include <iosfwd>
 
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 
 namespace vexor {
 

@@ -1,6 +1,6 @@
 #include "frontend/user_scopes.h"
 
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 #include "search/context.h"
 
 #include <algorithm>

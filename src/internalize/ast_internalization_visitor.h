@@ -1,7 +1,7 @@
 // The base of visitors that translate formulas into the state of a context.
 #pragma once
 
-#include "ast/ast_visitor.h"
+#include "ast/visit/ast_visitor.h"
 #include "search/internalizer.h"
 
 namespace vexor {

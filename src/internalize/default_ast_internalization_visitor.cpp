@@ -1,7 +1,7 @@
 // The frame of a run: entry points, caches, and what is asserted.
 #include "internalize/default_ast_internalization_visitor.h"
 
-#include "ast/unsupported.h"
+#include "ast/node/unsupported.h"
 #include "base/deep_stack.h"
 #include "internalize/internalize_settings.h"
 #include "internalize/support_check.h"

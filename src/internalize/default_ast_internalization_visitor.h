@@ -1,7 +1,7 @@
 // Translates simplified formulas: Boolean structure becomes clauses and gates.
 #pragma once
 
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 #include "base/hash_table.h"
 #include "base/vector.h"
 #include "internalize/ast_internalization_visitor.h"

@@ -1,6 +1,6 @@
 #include "internalize/eval_in_model_visitor.h"
 
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 #include "base/diagnostics.h"
 #include "internalize/default_ast_internalization_visitor.h"
 #include "search/context.h"

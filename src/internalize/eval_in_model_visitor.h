@@ -1,7 +1,7 @@
 // Replaces names by their values in a model.
 #pragma once
 
-#include "ast/map_ext_visitor.h"
+#include "ast/visit/map_ext_visitor.h"
 
 namespace vexor {
 

@@ -1,8 +1,8 @@
 #include "internalize/support_check.h"
 
-#include "ast/nodes.h"
-#include "ast/type_checker_exception.h"
-#include "ast/unsupported.h"
+#include "ast/node/nodes.h"
+#include "ast/node/unsupported.h"
+#include "ast/types/type_checker_exception.h"
 #include "base/hash_table.h"
 #include "base/vector.h"
 

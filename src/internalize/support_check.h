@@ -1,7 +1,7 @@
 // Looks through a simplified formula for what cannot be translated.
 #pragma once
 
-#include "ast/ast_fwd.h"
+#include "ast/node/ast_fwd.h"
 
 namespace vexor {
 

@@ -5,9 +5,9 @@
 // assertion is the negated guard.
 #include "search/context.h"
 
-#include "ast/nodes.h"
-#include "ast/settings.h"
-#include "ast/type_checker.h"
+#include "ast/node/nodes.h"
+#include "ast/node/settings.h"
+#include "ast/types/type_checker.h"
 #include "search/internalizer.h"
 
 #include <utility>

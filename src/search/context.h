@@ -1,7 +1,7 @@
 // The solver's hub: Boolean variables, clauses, assignment, trail and scopes, and the search over them.
 #pragma once
 
-#include "ast/ast_fwd.h"
+#include "ast/node/ast_fwd.h"
 #include "base/arena.h"
 #include "base/bitvector.h"
 #include "base/heap.h"

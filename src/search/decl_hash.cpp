@@ -1,6 +1,6 @@
 #include "search/def_table.h"
 
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 
 namespace vexor {
 

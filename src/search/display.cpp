@@ -1,7 +1,7 @@
 // Printed forms of variables, literals, clauses and reasons.
 #include "search/context.h"
 
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 
 #include <ostream>
 

@@ -1,7 +1,7 @@
 // What the search core asks of the translation of formulas.
 #pragma once
 
-#include "ast/ast_fwd.h"
+#include "ast/node/ast_fwd.h"
 #include "base/shared_ptr.h"
 #include "search/literal.h"
 

@@ -1,6 +1,6 @@
 #include "search/model.h"
 
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 #include "search/context.h"
 
 #include <ostream>

@@ -1,7 +1,7 @@
 // Creation and removal of Boolean variables.
 #include "search/context.h"
 
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 #include "base/memory.h"
 
 namespace vexor {

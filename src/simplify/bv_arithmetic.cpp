@@ -1,5 +1,5 @@
 // Sums and products of bit-vectors.
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 #include "simplify/bv_flatten.h"
 
 namespace vexor {

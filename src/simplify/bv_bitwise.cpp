@@ -1,5 +1,5 @@
 // Operators that work bit by bit.
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 #include "simplify/bv_flatten.h"
 
 namespace vexor {

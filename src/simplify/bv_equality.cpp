@@ -1,5 +1,5 @@
 // Equality of bit-vectors.
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 #include "base/deep_stack.h"
 #include "simplify/bv_rewriter.h"
 #include "simplify/same_term.h"

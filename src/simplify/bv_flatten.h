@@ -1,7 +1,7 @@
 // Taking trees of associative operators apart, and putting them together in a fixed order.
 #pragma once
 
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 #include "simplify/bv_rewriter.h"
 #include "simplify/same_term.h"
 #include "simplify/simplify_visitor.h"

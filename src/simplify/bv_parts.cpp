@@ -1,7 +1,7 @@
 // Concatenation, extraction and shifts.
-#include "ast/ast_manager.h"
-#include "ast/op_rules.h"
-#include "ast/type_checker_exception.h"
+#include "ast/node/ast_manager.h"
+#include "ast/types/op_rules.h"
+#include "ast/types/type_checker_exception.h"
 #include "base/deep_stack.h"
 #include "simplify/bv_flatten.h"
 

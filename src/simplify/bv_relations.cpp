@@ -1,5 +1,5 @@
 // Comparisons of bit-vectors.
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 #include "simplify/bv_rewriter.h"
 #include "simplify/same_term.h"
 #include "simplify/simplify_visitor.h"

@@ -4,7 +4,7 @@
 // images; the builders take images.
 #pragma once
 
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 #include "base/numeral.h"
 #include "base/shared_ptr.h"
 

@@ -1,6 +1,6 @@
 #include "simplify/call_results.h"
 
-#include "ast/for_each_visitor.h"
+#include "ast/visit/for_each_visitor.h"
 #include "base/deep_stack.h"
 #include "simplify/same_term.h"
 

@@ -4,7 +4,7 @@
 // unfolded 2^n times. The arguments are compared as terms: the two calls are nodes of their own.
 #pragma once
 
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 #include "base/hash_table.h"
 #include "base/shared_ptr.h"
 

@@ -2,7 +2,7 @@
 // between two terms as an `ite` application.
 #pragma once
 
-#include "ast/map_ext_visitor.h"
+#include "ast/visit/map_ext_visitor.h"
 
 namespace vexor {
 

@@ -1,6 +1,6 @@
 #include "simplify/free_variables.h"
 
-#include "ast/for_each_visitor.h"
+#include "ast/visit/for_each_visitor.h"
 #include "base/deep_stack.h"
 
 namespace vexor {

@@ -1,7 +1,7 @@
 // The free variables of a term.
 #pragma once
 
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 #include "base/vector.h"
 
 namespace vexor {

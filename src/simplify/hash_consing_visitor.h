@@ -9,7 +9,7 @@
 // Source:  Ershov: On programming of arithmetic operations, Comm. ACM 1(8), 1958.
 #pragma once
 
-#include "ast/map_visitor.h"
+#include "ast/visit/map_visitor.h"
 
 namespace vexor {
 

@@ -7,8 +7,8 @@
 // Cost: linear in the open part of the term, while there is work left; constant after that.
 #pragma once
 
-#include "ast/for_each_visitor.h"
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
+#include "ast/visit/for_each_visitor.h"
 #include "base/hash_table.h"
 #include "base/vector.h"
 

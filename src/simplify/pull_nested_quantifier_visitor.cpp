@@ -1,6 +1,6 @@
 #include "simplify/pull_nested_quantifier_visitor.h"
 
-#include "ast/substitution.h"
+#include "ast/visit/substitution.h"
 #include "base/deep_stack.h"
 #include "simplify/simplify_visitor.h"
 

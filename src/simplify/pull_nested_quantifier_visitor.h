@@ -11,7 +11,7 @@
 // Cost:    linear in the `or` and `not` nodes above the nearest quantifiers.
 #pragma once
 
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 #include "base/hash_table.h"
 #include "base/shared_ptr.h"
 

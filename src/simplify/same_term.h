@@ -7,7 +7,7 @@
 // every pair of equal terms.
 #pragma once
 
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 
 namespace vexor {
 

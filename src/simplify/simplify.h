@@ -4,7 +4,7 @@
 // Terms of any depth are handled, on the deep stack.
 #pragma once
 
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 #include "base/deep_stack.h"
 #include "base/shared_ptr.h"
 

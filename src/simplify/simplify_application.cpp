@@ -1,5 +1,5 @@
 // Applications: definitions, beta-reduction, updated functions.
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 #include "simplify/free_variables.h"
 #include "simplify/simplify_visitor.h"
 

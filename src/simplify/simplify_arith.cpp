@@ -1,5 +1,5 @@
 // Where arithmetic leaves the simplifier.
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 #include "simplify/simplify_arith_visitor.h"
 #include "simplify/simplify_visitor.h"
 

@@ -1,6 +1,6 @@
 #include "simplify/simplify_arith_visitor.h"
 
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 #include "base/exceptions.h"
 #include "simplify/same_term.h"
 #include "simplify/simplify_visitor.h"

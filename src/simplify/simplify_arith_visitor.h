@@ -4,7 +4,7 @@
 // division_by_zero_exception.
 #pragma once
 
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 #include "base/numeral.h"
 #include "base/shared_ptr.h"
 

@@ -1,6 +1,6 @@
 // Boolean structure, if-then-else and equality.
-#include "ast/ast_manager.h"
-#include "ast/type_checker_exception.h"
+#include "ast/node/ast_manager.h"
+#include "ast/types/type_checker_exception.h"
 #include "simplify/bv_rewriter.h"
 #include "simplify/simplify_arith_visitor.h"
 #include "simplify/simplify_visitor.h"

@@ -1,5 +1,5 @@
 // Where bit-vectors come into the simplifier. What is malformed keeps its operator.
-#include "ast/op_rules.h"
+#include "ast/types/op_rules.h"
 #include "simplify/bv_rewriter.h"
 #include "simplify/simplify_visitor.h"
 

@@ -1,5 +1,5 @@
 // Tuples, records and data types.
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 #include "simplify/simplify_visitor.h"
 
 namespace vexor {

@@ -1,6 +1,6 @@
 #include "simplify/simplify_or_visitor.h"
 
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 #include "simplify/simplify_visitor.h"
 
 namespace vexor {

@@ -12,7 +12,7 @@
 // image. Source:  own.
 #pragma once
 
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 #include "base/hash_table.h"
 #include "simplify/same_term.h"
 

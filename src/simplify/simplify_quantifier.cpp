@@ -1,7 +1,7 @@
 // Quantifiers and auxiliary variables.
-#include "ast/ast_manager.h"
-#include "ast/equivalent_types.h"
-#include "ast/type_pred_visitor.h"
+#include "ast/node/ast_manager.h"
+#include "ast/types/equivalent_types.h"
+#include "ast/types/type_pred_visitor.h"
 #include "simplify/pull_nested_quantifier_visitor.h"
 #include "simplify/simplify_quantifier_visitor.h"
 #include "simplify/simplify_visitor.h"

@@ -9,7 +9,7 @@
 // All types have a value: restrictions to subtypes have become a part of the body.
 #pragma once
 
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 #include "base/shared_ptr.h"
 #include "simplify/occurrences.h"
 

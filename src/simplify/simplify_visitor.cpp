@@ -1,8 +1,8 @@
 // The run, names and binders.
 #include "simplify/simplify_visitor.h"
 
-#include "ast/ast_manager.h"
-#include "ast/unsupported.h"
+#include "ast/node/ast_manager.h"
+#include "ast/node/unsupported.h"
 #include "base/deep_stack.h"
 #include "simplify/free_variables.h"
 

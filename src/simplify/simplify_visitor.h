@@ -14,7 +14,7 @@
 //          of the beta-normal form otherwise; a function is applied once to the same arguments.
 #pragma once
 
-#include "ast/map_ext_visitor.h"
+#include "ast/visit/map_ext_visitor.h"
 #include "simplify/call_results.h"
 #include "simplify/occurrences.h"
 #include "simplify/simplify_or_visitor.h"

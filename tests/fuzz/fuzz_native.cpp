@@ -10,8 +10,8 @@
 #include <streambuf>
 #include <string>
 
-#include "ast/ast_manager.h"
-#include "ast/settings.h"
+#include "ast/node/ast_manager.h"
+#include "ast/node/settings.h"
 #include "base/exceptions.h"
 #include "frontend/native_reader.h"
 #include "frontend/parser.h"

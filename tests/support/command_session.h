@@ -5,7 +5,7 @@
 #include <sstream>
 #include <string>
 
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 #include "base/diagnostics.h"
 #include "base/exceptions.h"
 #include "frontend/command_interpreter.h"

@@ -5,7 +5,7 @@
 // all types of integers are integer, a subtype is the type that it is taken from, parameters have no names.
 #pragma once
 
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 
 #include <string>
 #include <vector>

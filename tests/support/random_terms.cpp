@@ -1,6 +1,6 @@
 #include "support/random_terms.h"
 
-#include "ast/equivalent_types.h"
+#include "ast/types/equivalent_types.h"
 
 namespace vexor_test {
 

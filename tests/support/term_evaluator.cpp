@@ -1,7 +1,7 @@
 #include "support/term_evaluator.h"
 
-#include "ast/ast_manager.h"
-#include "ast/op_rules.h"
+#include "ast/node/ast_manager.h"
+#include "ast/types/op_rules.h"
 
 #include <stdexcept>
 #include <string>

@@ -5,7 +5,7 @@
 // Boolean structure or binders can tell from all.
 #pragma once
 
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 #include "support/random.h"
 
 #include <map>

@@ -1,6 +1,6 @@
 #include "support/terms.h"
 
-#include "ast/pp_visitor.h"
+#include "ast/print/pp_visitor.h"
 
 #include <sstream>
 #include <vector>

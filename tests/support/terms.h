@@ -1,7 +1,7 @@
 // Short names to build terms by hand in tests. Every node is kept alive until the builder goes.
 #pragma once
 
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 
 #include <initializer_list>
 #include <string>

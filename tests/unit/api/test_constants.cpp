@@ -1,8 +1,8 @@
 // Constants and operators of numbers and bit-vectors.
 #include "api_context.h"
 
-#include "ast/nodes.h"
-#include "ast/op_rules.h"
+#include "ast/node/nodes.h"
+#include "ast/types/op_rules.h"
 #include "internalize/internalize_settings.h"
 #include "support/setting_guard.h"
 #include "support/terms.h"

@@ -2,8 +2,8 @@
 #include "api_context.h"
 #include "log_replay.h"
 
-#include "ast/nodes.h"
-#include "ast/settings.h"
+#include "ast/node/nodes.h"
+#include "ast/node/settings.h"
 #include "support/command_session.h"
 #include "support/random.h"
 #include "support/setting_guard.h"

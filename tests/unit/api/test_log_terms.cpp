@@ -2,7 +2,7 @@
 #include "api_context.h"
 #include "log_replay.h"
 
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 #include "frontend/read_term.h"
 #include "support/random.h"
 #include "support/terms.h"

@@ -1,8 +1,8 @@
 // Declarations, names and the walk over variables.
 #include "api_context.h"
 
-#include "ast/nodes.h"
-#include "ast/settings.h"
+#include "ast/node/nodes.h"
+#include "ast/node/settings.h"
 #include "support/setting_guard.h"
 
 #include <gtest/gtest.h>

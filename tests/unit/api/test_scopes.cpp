@@ -1,7 +1,7 @@
 // Scopes, also of contexts that are dead: balanced use loses nothing and forgets nothing.
 #include "api_context.h"
 
-#include "ast/settings.h"
+#include "ast/node/settings.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // The getters of model values, for values that a theory gives.
 #include "api_context.h"
 
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
 #include "search/theory_hub.h"
 
 #include <climits>

@@ -1,7 +1,7 @@
 // What the tests of the term language share: a manager and short names for its factories.
 #pragma once
 
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 
 #include <gtest/gtest.h>
 

@@ -5,8 +5,8 @@
 // texts cannot capture. Exponential on shared terms, on purpose: nothing is remembered.
 #pragma once
 
-#include "ast/ast_visitor.h"
-#include "ast/nodes.h"
+#include "ast/node/nodes.h"
+#include "ast/visit/ast_visitor.h"
 
 #include <map>
 #include <set>

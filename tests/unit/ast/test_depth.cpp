@@ -1,9 +1,9 @@
 // Terms as deep as input may be, on a thread with a small stack.
 #include "ast_fixture.h"
 
-#include "ast/depends_on_visitor.h"
-#include "ast/num_nodes_visitor.h"
-#include "ast/substitution.h"
+#include "ast/visit/depends_on_visitor.h"
+#include "ast/visit/num_nodes_visitor.h"
+#include "ast/visit/substitution.h"
 
 #include <functional>
 

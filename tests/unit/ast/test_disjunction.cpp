@@ -1,6 +1,6 @@
 #include "ast_fixture.h"
 
-#include "ast/disjunction.h"
+#include "ast/visit/disjunction.h"
 #include "support/random.h"
 
 #include <functional>

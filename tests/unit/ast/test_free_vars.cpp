@@ -1,8 +1,8 @@
 #include "ast_fixture.h"
 
-#include "ast/depends_on_visitor.h"
-#include "ast/free_vars_visitor.h"
-#include "ast/kind_visitors.h"
+#include "ast/visit/depends_on_visitor.h"
+#include "ast/visit/free_vars_visitor.h"
+#include "ast/visit/kind_visitors.h"
 
 namespace vexor_test {
 namespace {

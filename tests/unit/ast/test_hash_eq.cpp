@@ -1,7 +1,7 @@
 #include "random_terms.h"
 #include "term_model.h"
 
-#include "ast/eq_visitor.h"
+#include "ast/visit/eq_visitor.h"
 
 namespace vexor_test {
 namespace {

@@ -1,7 +1,7 @@
 #include "ast_fixture.h"
 
-#include "ast/ast_exceptions.h"
-#include "ast/num_nodes_visitor.h"
+#include "ast/node/ast_exceptions.h"
+#include "ast/visit/num_nodes_visitor.h"
 #include "support/random.h"
 
 #include <map>

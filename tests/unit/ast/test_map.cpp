@@ -1,7 +1,7 @@
 #include "random_terms.h"
 #include "term_model.h"
 
-#include "ast/substitution.h"
+#include "ast/visit/substitution.h"
 
 namespace vexor_test {
 namespace {

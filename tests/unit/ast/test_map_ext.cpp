@@ -1,7 +1,7 @@
 #include "ast_fixture.h"
 #include "term_model.h"
 
-#include "ast/map_ext_visitor.h"
+#include "ast/visit/map_ext_visitor.h"
 
 namespace vexor_test {
 namespace {

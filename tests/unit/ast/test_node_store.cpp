@@ -1,8 +1,8 @@
-#include "ast/node_store.h"
+#include "ast/node/node_store.h"
 #include "ast_fixture.h"
 #include "support/random.h"
 
-#include "ast/unsupported.h"
+#include "ast/node/unsupported.h"
 #include "base/exceptions.h"
 
 #include <cstring>

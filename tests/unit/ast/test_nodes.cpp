@@ -1,7 +1,7 @@
 #include "ast_fixture.h"
 
-#include "ast/ast_exceptions.h"
-#include "ast/ast_visitor.h"
+#include "ast/node/ast_exceptions.h"
+#include "ast/visit/ast_visitor.h"
 
 #include <set>
 
@@ -16,13 +16,13 @@ TEST_F(nodes, class_names_are_distinct_pointers_with_the_stated_texts) {
 #define VEXOR_NODE(CLASS, PARENT)                                                                            \
     pointers.insert(CLASS::m_cls_name);                                                                      \
     ++count;
-#include "ast/ast_classes.def"
+#include "ast/node/ast_classes.def"
 #define VEXOR_OP(X, TEXT, SIGNATURE, FAMILY)                                                                 \
     pointers.insert(X##_name_expr::m_cls_name);                                                              \
     pointers.insert(X##_decl::m_cls_name);                                                                   \
     EXPECT_STREQ(X##_name_expr::m_cls_name, #X);                                                             \
     count += 2;
-#include "ast/builtin_ops.def"
+#include "ast/node/builtin_ops.def"
     EXPECT_EQ(pointers.size(), count);
     EXPECT_STREQ(application::m_cls_name, "application_expr");
     EXPECT_STREQ(bitvector_type::m_cls_name, "bitvector");
@@ -363,12 +363,12 @@ public:
 #define VEXOR_NODE(CLASS, PARENT)                                                                            \
     void visit(CLASS*) override { m_called = #CLASS; }
 #define VEXOR_APPLICATION(CLASS, PARENT)
-#include "ast/ast_classes.def"
+#include "ast/node/ast_classes.def"
 #define VEXOR_OP(X, TEXT, SIGNATURE, FAMILY)                                                                 \
     void visit(X##_decl*) override { m_called = #X "_decl"; }                                                \
     void visit(X##_name_expr*) override { m_called = #X "_name_expr"; }                                      \
     void visit(X##_name_expr*, application*) override { m_called = #X " application"; }
-#include "ast/builtin_ops.def"
+#include "ast/node/builtin_ops.def"
 };
 
 TEST_F(nodes, each_operator_dispatches_to_its_own_visits) {
@@ -383,7 +383,7 @@ TEST_F(nodes, each_operator_dispatches_to_its_own_visits) {
     EXPECT_EQ(v.m_called, #X " application");                                                                \
     EXPECT_TRUE(is_a<X##_name_expr>(m.create_global_name_expr(ustring(TEXT), -1).get()));                    \
     EXPECT_TRUE(is_app_of<X##_name_expr>(app<X##_decl>({one.get()}).get()));
-#include "ast/builtin_ops.def"
+#include "ast/node/builtin_ops.def"
     m.mk_true()->accept(&v);
     EXPECT_EQ(v.m_called, "true_name_expr");
     integer()->accept(&v);

@@ -1,5 +1,5 @@
 // Documents and their layout.
-#include "ast/pp_doc.h"
+#include "ast/print/pp_doc.h"
 #include "support/random.h"
 #include "support/small_stack.h"
 

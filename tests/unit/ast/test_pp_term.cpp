@@ -1,5 +1,5 @@
 // Printed forms of nodes, as trees and with their sharing.
-#include "ast/pp_dag_visitor.h"
+#include "ast/print/pp_dag_visitor.h"
 #include "support/small_stack.h"
 #include "support/terms.h"
 

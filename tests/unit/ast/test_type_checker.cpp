@@ -1,8 +1,8 @@
 // Every rule and message of the type checker.
-#include "ast/type_checker.h"
+#include "ast/types/type_checker.h"
 
-#include "ast/ast_exceptions.h"
-#include "ast/settings.h"
+#include "ast/node/ast_exceptions.h"
+#include "ast/node/settings.h"
 #include "support/small_stack.h"
 #include "support/terms.h"
 

@@ -1,6 +1,6 @@
 // Equivalent types, largest types, joined types and compatibility.
-#include "ast/equivalent_types.h"
-#include "ast/join_types.h"
+#include "ast/types/equivalent_types.h"
+#include "ast/types/join_types.h"
 #include "support/small_stack.h"
 #include "support/terms.h"
 

@@ -1,7 +1,7 @@
 // Types of expressions as get_type gives them.
-#include "ast/ast_exceptions.h"
-#include "ast/op_rules.h"
-#include "ast/type_checker_exception.h"
+#include "ast/node/ast_exceptions.h"
+#include "ast/types/op_rules.h"
+#include "ast/types/type_checker_exception.h"
 #include "support/small_stack.h"
 #include "support/terms.h"
 

@@ -1,6 +1,6 @@
 // Membership in a type as a formula.
-#include "ast/type_checker.h"
-#include "ast/type_pred_visitor.h"
+#include "ast/types/type_checker.h"
+#include "ast/types/type_pred_visitor.h"
 #include "support/small_stack.h"
 #include "support/terms.h"
 

@@ -1,7 +1,7 @@
 // The type checker, get_type and the printer on random terms, against a checker written from the rules.
-#include "ast/op_rules.h"
-#include "ast/pp_dag_visitor.h"
-#include "ast/type_checker.h"
+#include "ast/print/pp_dag_visitor.h"
+#include "ast/types/op_rules.h"
+#include "ast/types/type_checker.h"
 #include "support/naive_types.h"
 #include "support/random_terms.h"
 

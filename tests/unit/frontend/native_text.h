@@ -4,8 +4,8 @@
 #include <sstream>
 #include <string>
 
-#include "ast/ast_exceptions.h"
-#include "ast/ast_manager.h"
+#include "ast/node/ast_exceptions.h"
+#include "ast/node/ast_manager.h"
 #include "base/exceptions.h"
 #include "frontend/native_reader.h"
 #include "frontend/parser.h"

@@ -1,6 +1,6 @@
 // Commands that fail half-way, scopes, resets and files within files.
 
-#include "ast/settings.h"
+#include "ast/node/settings.h"
 #include "support/command_session.h"
 #include "support/run_program.h"
 #include "support/setting_guard.h"

@@ -1,6 +1,6 @@
 // Each command of the native language: what it prints, refuses and changes.
 
-#include "ast/settings.h"
+#include "ast/node/settings.h"
 #include "internalize/internalize_settings.h"
 #include "support/command_session.h"
 #include "support/setting_guard.h"

@@ -5,7 +5,7 @@
 #include <set>
 #include <vector>
 
-#include "ast/settings.h"
+#include "ast/node/settings.h"
 #include "frontend/reserved_symbols.h"
 #include "native_text.h"
 
@@ -111,7 +111,7 @@ TEST(language_page, operators_have_the_types_of_the_page) {
         seen.insert(to_app(e.get())->get_fun()->get_cls_name());
     }
 #define VEXOR_OP(X, TEXT, SIGNATURE, FAMILY) EXPECT_TRUE(seen.count(#X)) << TEXT;
-#include "ast/builtin_ops.def"
+#include "ast/node/builtin_ops.def"
 }
 
 TEST(language_page, reserved_words) {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "ast/settings.h"
+#include "ast/node/settings.h"
 #include "native_text.h"
 
 using namespace vexor;

@@ -1,10 +1,10 @@
 // What prints reads back: random terms and types, as text, give equal nodes.
 #include <gtest/gtest.h>
 
-#include "ast/map_visitor.h"
-#include "ast/op_rules.h"
-#include "ast/pp_dag_visitor.h"
-#include "ast/type_checker.h"
+#include "ast/print/pp_dag_visitor.h"
+#include "ast/types/op_rules.h"
+#include "ast/types/type_checker.h"
+#include "ast/visit/map_visitor.h"
 #include "frontend/read_term.h"
 #include "support/random_terms.h"
 #include "support/small_stack.h"

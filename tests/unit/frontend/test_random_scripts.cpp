@@ -2,7 +2,7 @@
 //
 // The generator keeps its own record of what is asserted, retracted and scoped; each answer, model, core,
 // evaluation and Max-SAT cost is checked against it by brute force.
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 #include "base/debug.h"
 #include "frontend/command_interpreter.h"
 #include "internalize/default_ast_internalization_visitor.h"

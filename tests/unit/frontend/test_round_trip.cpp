@@ -1,8 +1,8 @@
 // Random texts are read, printed and read again.
 #include <gtest/gtest.h>
 
-#include "ast/settings.h"
-#include "ast/type_checker.h"
+#include "ast/node/settings.h"
+#include "ast/types/type_checker.h"
 #include "native_text.h"
 #include "random_text.h"
 

@@ -1,8 +1,8 @@
 // Every message of the type checker as a user meets it: for a text, with the position of the fault.
 #include <gtest/gtest.h>
 
-#include "ast/settings.h"
-#include "ast/type_checker.h"
+#include "ast/node/settings.h"
+#include "ast/types/type_checker.h"
 #include "native_text.h"
 
 namespace vexor {

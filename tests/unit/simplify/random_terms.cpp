@@ -1,6 +1,6 @@
 #include "random_terms.h"
 
-#include "ast/op_rules.h"
+#include "ast/types/op_rules.h"
 
 #include <algorithm>
 #include <string>

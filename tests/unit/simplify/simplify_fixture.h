@@ -1,7 +1,7 @@
 // What the tests of the simplifier share.
 #pragma once
 
-#include "ast/ast_manager.h"
+#include "ast/node/ast_manager.h"
 #include "simplify/simplify.h"
 #include "support/random.h"
 #include "support/term_evaluator.h"

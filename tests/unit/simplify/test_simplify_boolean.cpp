@@ -1,7 +1,7 @@
 // Boolean structure, if-then-else, equality, names and lets.
 #include "simplify_fixture.h"
 
-#include "ast/for_each_visitor.h"
+#include "ast/visit/for_each_visitor.h"
 #include "base/diagnostics.h"
 #include "simplify/hash_consing_visitor.h"
 #include "support/small_stack.h"
