@@ -1,5 +1,6 @@
 // Applications: definitions, beta-reduction, updated functions.
 #include "ast/node/ast_manager.h"
+#include "base/deep_stack.h"
 #include "simplify/free_variables.h"
 #include "simplify/simplify_visitor.h"
 
@@ -48,7 +49,7 @@ void simplify_visitor::visit(name_expr* fun, application* a) {
 
 void simplify_visitor::apply_image(expr* fun, application* a) {
     image_list args(*this, a->get_args());
-    bool is_value = fun->is_lambda() || fun->is_function_update();
+    bool is_value = fun->is_lambda() || fun->is_function_update() || is_choice(fun);
     if (!is_value && fun == a->get_fun() && !args.differs_from(a->get_args())) return keep(a);
     m_result = create_application(fun, args, a->get_pos());
 }
@@ -66,7 +67,33 @@ shared_ptr<expr> simplify_visitor::create_application(expr* fun, image_list cons
         return static_cast<expr*>(m_result.get());
     }
     if (fun->is_function_update()) return read_update(static_cast<function_update_expr*>(fun), args, pos);
+    if (is_choice(fun)) {
+        choice_results results;
+        return apply_choice(to_app(fun), args, pos, results);
+    }
     return mk<application>(fun, args.data(), args.size(), pos);
+}
+
+bool simplify_visitor::is_choice(expr* fun) {
+    return is_app_of<ite_name_expr>(fun) && to_app(fun)->num_args() == 3;
+}
+
+// ((ite c f g) a ...)  to  (ite c (f a ...) (g a ...))
+//
+// The results of shared choices are remembered: there may be 2^n ways through n of them.
+shared_ptr<expr> simplify_visitor::apply_choice(application* choice, image_list const& args, int pos,
+                                                choice_results& results) {
+    check_depth();
+    if (shared_ptr<expr> const* known = results.find(choice)) return *known;
+    auto apply = [&](expr* fun) {
+        return is_choice(fun) ? apply_choice(to_app(fun), args, pos, results)
+                              : create_application(fun, args, pos);
+    };
+    shared_ptr<expr> const t = apply(choice->get_arg(1));
+    shared_ptr<expr> const e = apply(choice->get_arg(2));
+    shared_ptr<expr> const result = create_ite(choice->get_arg(0), t.get(), e.get());
+    results.insert(choice, result);
+    return result;
 }
 
 bool simplify_visitor::takes_arguments(expr* fun, unsigned n) {

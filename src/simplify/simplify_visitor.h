@@ -182,6 +182,11 @@ private:
     }
     static bool takes_arguments(expr* fun, unsigned n);
     void apply_image(expr* fun, application* a);
+    // What choices between functions gave for one list of arguments.
+    using choice_results = hash_map<expr*, shared_ptr<expr>, fast_ptr_hash<expr>>;
+    static bool is_choice(expr* fun);
+    shared_ptr<expr> apply_choice(application* choice, image_list const& args, int pos,
+                                  choice_results& results);
     void reduce(lambda_expr* fun, image_list const& args);
     // The same for a closed lambda that may be applied again; its results are remembered.
     void reduce_shared(lambda_expr* fun, image_list const& args);

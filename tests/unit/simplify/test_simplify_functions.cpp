@@ -1,6 +1,7 @@
 // Lambdas, definitions of functions, updated functions.
 #include "simplify_fixture.h"
 
+#include "ast/visit/num_nodes_visitor.h"
 #include "support/small_stack.h"
 
 namespace vexor {
@@ -47,6 +48,25 @@ TEST_F(simplify_functions, arguments_are_not_captured) {
     let_decl* h = t.let_variable("h", nullptr, t.lambda({v}, t.op("=", {t.use(u), t.use(v)})));
     expr* again = t.app(t.lambda({u}, t.app(t.use(h), {t.use(u)})), {x});
     EXPECT_EQ(text(t.forall({u}, t.let({h}, again))), "(forall (u::colour) (= u x))");
+}
+
+TEST_F(simplify_functions, a_choice_of_functions_is_applied) {
+    var_decl* u = t.variable("u", colour);
+    expr* always = t.lambda({u}, t.mk_true());
+    expr* same = t.lambda({t.variable("v", colour)}, t.op("=", {t.use(u), x}));
+    EXPECT_EQ(text(t.app(t.op("ite", {a, always, f}), {x})), "(or a (f x))");
+    EXPECT_EQ(text(t.app(t.op("ite", {a, f, t.constant("g", from_colour)}), {x})), "(ite a (f x) (g x))");
+    // A function with a free variable.
+    EXPECT_EQ(text(t.forall({u}, t.app(t.op("ite", {a, f, same}), {y}))),
+              "(forall (u::colour) (ite a (f y) (= u x)))");
+    // 2^60 ways through 60 choices, each of which is met once.
+    expr* choice = f;
+    for (int i = 0; i < 60; ++i)
+        choice =
+            t.op("ite", {boolean(("c" + std::to_string(i)).c_str()), choice, t.op("ite", {a, f, choice})});
+    num_nodes_visitor counter;
+    counter.accumulate(simple(t.app(choice, {x})));
+    EXPECT_LT(counter.get_num_nodes(), 1000u);
 }
 
 TEST_F(simplify_functions, defined_functions_are_applied) {
