@@ -40,20 +40,26 @@ private:
             push(local->get_expr());
             for (expr* condition : local->get_context()) push(condition);
         } else if (e->is_quantified_expr()) {
-            throw_not_implemented("quantifiers", e);
+            refuse("quantifiers", e);
         } else {
-            throw_not_implemented("terms that are not Boolean", e);
+            refuse("terms that are not Boolean", e);
         }
+    }
+
+    // Everything that is looked at must be Boolean. Without the type checker nothing else has asked.
+    [[noreturn]] static void refuse(char const* text, expr* e) {
+        if (!e->is_boolean()) throw_type_error(e, "argument is not boolean.");
+        throw_not_implemented(text, e);
     }
 
     static void look_at_name(name_expr* n) {
         if (is_true(n) || is_false(n)) return;
-        if (n->is_scalar()) throw_not_implemented("terms that are not Boolean", n);
+        if (n->is_scalar()) refuse("terms that are not Boolean", n);
         if (is_builtin_name(n)) throw_not_implemented("operator cannot be used as a constant", n);
         var_decl* const d = n->get_decl();
         if (d->is_const_decl() && static_cast<const_decl*>(d)->has_definition())
             throw_not_implemented("recursive functions", n);
-        if (!d->is_boolean()) throw_not_implemented("terms that are not Boolean", n);
+        if (!d->is_boolean()) refuse("terms that are not Boolean", n);
     }
 
     static bool is_builtin_name(name_expr* n) { return n->get_decl()->is_builtin(); }
@@ -64,19 +70,19 @@ private:
         if (is_a<not_name_expr>(fun) || is_a<or_name_expr>(fun)) {
             push_args(a);
         } else if (is_a<eq_name_expr>(fun)) {
-            if (!a->get_arg(0)->is_boolean()) throw_unsupported_equation(a);
+            if (!a->get_arg(0)->is_boolean() || !a->get_arg(1)->is_boolean()) refuse_equation(a);
             push_args(a);
         } else if (is_a<ite_name_expr>(fun)) {
-            if (!a->is_boolean()) throw_not_implemented("terms that are not Boolean", a);
+            if (!a->is_boolean()) refuse("terms that are not Boolean", a);
             push_args(a);
-        } else if (fun->is_arith_op()) {
-            throw_not_implemented("arithmetic", a);
+        } else if (fun->is_arith_op() || is_a<int_pred_name_expr>(fun) || is_a<real_pred_name_expr>(fun)) {
+            refuse("arithmetic", a);
         } else if (fun->is_bv_operator()) {
-            throw_not_implemented("bit-vectors", a);
-        } else if (fun->is_name_expr() && !is_builtin_name(static_cast<name_expr*>(fun))) {
+            refuse("bit-vectors", a);
+        } else if (fun->is_name_expr()) {
             look_at_function(static_cast<name_expr*>(fun), a);
         } else {
-            throw_not_implemented("Internal error: please send bug report.", a);
+            refuse("functions as values", a);
         }
     }
 
@@ -91,8 +97,11 @@ private:
         if (is_wrong) throw_type_error(a, "wrong number of arguments");
     }
 
-    [[noreturn]] static void throw_unsupported_equation(application* a) {
+    // At least one side is not Boolean.
+    [[noreturn]] static void refuse_equation(application* a) {
         expr* const side = a->get_arg(0);
+        if (side->is_boolean() || a->get_arg(1)->is_boolean())
+            throw_type_error(a, "incompatible types in equality.");
         if (side->is_numeral()) throw_not_implemented("arithmetic", a);
         if (side->is_bitvector()) throw_not_implemented("bit-vectors", a);
         throw_not_implemented("terms that are not Boolean", a);
@@ -102,7 +111,7 @@ private:
         var_decl* const d = fun->get_decl();
         if (d->is_const_decl() && static_cast<const_decl*>(d)->has_definition())
             throw_not_implemented("recursive functions", a);
-        throw_not_implemented("uninterpreted functions", a);
+        refuse(is_builtin_name(fun) ? "datatypes" : "uninterpreted functions", a);
     }
 
     void push_args(application* a) {

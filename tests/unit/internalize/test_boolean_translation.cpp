@@ -119,14 +119,20 @@ refusal const refusals[] = {
     {"(= s t)", "terms that are not Boolean (= s t)."},
     {"(= e red)", "terms that are not Boolean (= e red)."},
     {"(forall (x::T) (g x))", "quantifiers (forall (x::T) (g x))."},
+    {"(int_pred r)", "arithmetic (int_pred r)."},
+    {"((select p 0) a)", "functions as values ((select p 0) a)."},
+    {"((h 1) 2)", "functions as values ((h 1) 2)."},
 };
 
 TEST(refusals_of_the_translation, name_what_they_cannot_do_and_the_context_goes_on) {
     command_session s;
-    EXPECT_EQ(s.run(names + "(define i::int)(define j::int)(define v::(bitvector 4))(define w::(bitvector 4))"
-                            "(define f::(-> bool bool))(define-type T)(define s::T)(define t::T)"
-                            "(define g::(-> T bool))(define-type color (scalar red green))(define e::color)"),
-              "");
+    EXPECT_EQ(
+        s.run(names +
+              "(define i::int)(define j::int)(define v::(bitvector 4))(define w::(bitvector 4))"
+              "(define f::(-> bool bool))(define-type T)(define s::T)(define t::T)"
+              "(define g::(-> T bool))(define-type color (scalar red green))(define e::color)(define r::real)"
+              "(define p::(tuple (-> bool bool) bool))(define h::(-> int (-> int bool)))"),
+        "");
     for (refusal const& r : refusals) {
         SCOPED_TRACE(r.m_formula);
         std::string const message = std::string("!feature not supported: ") + r.m_text;
@@ -139,6 +145,29 @@ TEST(refusals_of_the_translation, name_what_they_cannot_do_and_the_context_goes_
     }
     EXPECT_EQ(s.m_context.num_bool_vars(), reserved);
     EXPECT_EQ(s.run("(assert a)(assert (not a))"), "unsat\n");
+}
+
+// Without the type checker, a part that is not Boolean where it must be is met first by the translation.
+TEST(refusals_of_the_translation, ill_typed_parts_are_type_errors) {
+    command_session s;
+    EXPECT_EQ(s.run(names + "(define i::int)(define f::(-> bool int))"), "");
+    for (char const* f : {"(= a 1)", "(= 1 a)", "(= i b)", "(/= a i)"})
+        EXPECT_EQ(s.run_core("(assert (or b " + std::string(f) + "))"), "!incompatible types in equality.")
+            << f;
+    for (char const* f :
+         {"(or a i)", "(and a 5)", "(not i)", "(=> (+ i 1) a)", "(ite i a b)", "(or a (f b))"})
+        EXPECT_EQ(s.run_core("(assert " + std::string(f) + ")"), "!argument is not boolean.") << f;
+    EXPECT_EQ(s.m_context.num_bool_vars(), reserved);
+    EXPECT_EQ(s.run("(check)"), "sat\n");
+}
+
+// A choice between functions, applied: each branch is.
+TEST(boolean_structure, choices_of_functions_are_applied) {
+    command_session s;
+    EXPECT_EQ(s.run(names +
+                    "(assert ((ite a (lambda (x::int) b) (lambda (x::int) (not b))) 3))(assert (not a))"
+                    "(assert b)"),
+              "unsat\n");
 }
 
 // --- Too deep formulas.
