@@ -2,6 +2,7 @@
 #include "api/api_exceptions.h"
 #include "api/call_log.h"
 #include "api/context_wrapper.h"
+#include "ast/node/ast_exceptions.h"
 #include "ast/node/nodes.h"
 #include "ast/types/op_rules.h"
 
@@ -55,10 +56,11 @@ vexor_type vexor_mk_type(vexor_context ctx, const char* name) {
 vexor_type vexor_mk_function_type(vexor_context ctx, const vexor_type domain[], unsigned n,
                                   vexor_type range) {
     context_wrapper& wrapper = to_wrapper(ctx);
-    type* const range_type = to_type(range);
+    ast_manager const* const manager = wrapper.get_manager();
+    type* const range_type = to_type(range, manager);
     if (n > 0 && domain == nullptr) misuse(__func__, "the array is null");
     shared_ptr_vector<var_decl> params;
-    for (unsigned i = 0; i < n; ++i) params.push_back(anonymous_decl(to_type(domain[i])).get());
+    for (unsigned i = 0; i < n; ++i) params.push_back(anonymous_decl(to_type(domain[i], manager)).get());
     shared_ptr<function_type> const t = mk<function_type>(params.data(), n, range_type, -1);
     return handle_of(static_cast<type*>(wrapper.keep(t)));
 }
@@ -76,7 +78,7 @@ vexor_type vexor_mk_tuple_type(vexor_context ctx, vexor_type* types[], unsigned 
     shared_ptr_vector<var_decl> components;
     for (unsigned i = 0; i < n; ++i) {
         if (types[i] == nullptr) misuse(__func__, "a pointer to a type is null");
-        components.push_back(anonymous_decl(to_type(*types[i])).get());
+        components.push_back(anonymous_decl(to_type(*types[i], wrapper.get_manager())).get());
     }
     shared_ptr<tuple_type> const t = mk<tuple_type>(wrapper.get_manager(), components.data(), n, -1);
     return handle_of(static_cast<type*>(wrapper.keep(t)));
@@ -89,26 +91,28 @@ vexor_var_decl vexor_mk_bool_var_decl(vexor_context ctx, const char* name) {
 
 vexor_var_decl vexor_mk_var_decl(vexor_context ctx, const char* name, vexor_type type) {
     context_wrapper& wrapper = to_wrapper(ctx);
-    return handle_of(declare(wrapper, name_text(name), to_type(type)));
+    return handle_of(declare(wrapper, name_text(name), to_type(type, wrapper.get_manager())));
 }
 
 vexor_expr vexor_mk_var_from_decl(vexor_context ctx, vexor_var_decl d) {
     context_wrapper& wrapper = to_wrapper(ctx);
-    return use_of(wrapper, to_decl(d));
+    return use_of(wrapper, to_decl(d, wrapper.get_manager()));
 }
 
 vexor_expr vexor_mk_bool_var_from_decl(vexor_context ctx, vexor_var_decl d) {
     context_wrapper& wrapper = to_wrapper(ctx);
-    return use_of(wrapper, to_decl(d));
+    return use_of(wrapper, to_decl(d, wrapper.get_manager()));
 }
 
 vexor_expr vexor_mk_bool_var(vexor_context ctx, const char* name) {
     context_wrapper& wrapper = to_wrapper(ctx);
     ast_manager* const manager = wrapper.get_manager();
     ustring const text(name_text(name));
-    var_decl* const d = manager->is_global_name_expr(text)
-                            ? manager->get_global_var_decl(text, -1)
-                            : declare(wrapper, text, manager->create_bool_type());
+    var_decl* d = manager->find_const_decl(text);
+    if (d == nullptr) d = declare(wrapper, text, manager->create_bool_type());
+    // An operator, or a name of another type, is no Boolean variable.
+    if (!d->is_boolean() || d->is_builtin())
+        throw constant_already_defined_exception(manager->get_position(-1), text);
     return use_of(wrapper, d);
 }
 

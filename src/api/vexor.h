@@ -22,21 +22,21 @@
  *
  * Lifetime of terms. Expressions, types and declarations belong to the context that made them; a caller never
  * releases one. They live until the vexor_pop of the scope in which they were made, vexor_reset or
- * vexor_del_context, whichever comes first; their use afterwards is undefined, and terms of two contexts must
- * not be mixed. A debug build of the library tells the use of a term whose scope was popped and ends the
+ * vexor_del_context, whichever comes first; their use afterwards is undefined. Terms of two contexts must not
+ * be mixed. A debug build of the library tells the use of a term whose scope was popped and ends the
  * process.
  *
  * Pointers. No pointer argument may be null, unless its function says otherwise. Texts end with a zero byte
- * and are copied; so are arrays. A null pointer, a pop without a push and, from a callback, a call with a
- * context or model other than vexor_interrupt end the process (abort) with a message on the error stream that
- * names the function.
+ * and are copied; so are arrays. A null pointer, a handle of another context, a pop without a push and, from
+ * a callback, a call with a context or model other than vexor_interrupt end the process (abort) with a
+ * message on the error stream that names the function.
  *
- * Failures. What the library refuses - a name that is defined already, an application without arguments, a
- * formula that needs what no solver here decides, with the type checker on an ill-typed formula - is a C++
- * exception of a class derived from std::exception; what() tells what is wrong. It passes through the C
- * interface: a C++ caller catches std::exception, and C frames in between must be compiled with -fexceptions.
- * In a program of C alone nothing catches it, and the process ends by std::terminate. A call that fails
- * leaves the context as it was before.
+ * Failures. What the library refuses - a name that is defined already, an application without arguments, an
+ * assertion that is not Boolean or needs what no solver here decides, with the type checker on an ill-typed
+ * formula - is a C++ exception of a class derived from std::exception; what() tells what is wrong. It passes
+ * through the C interface: a C++ caller catches std::exception, and C frames in between must be compiled with
+ * -fexceptions. In a program of C alone nothing catches it, and the process ends by std::terminate. A call
+ * that fails leaves the context as it was before.
  */
 #ifndef VEXOR_H
 #define VEXOR_H
@@ -179,7 +179,8 @@ VEXOR_DLLSPEC void vexor_remove_search_callback(vexor_context ctx);
 
 /* --- Assertions and questions. */
 
-/* Asserts the formula e in the newest scope. On an inconsistent context nothing happens. */
+/* Asserts the formula e in the newest scope. On an inconsistent context nothing happens. A term that is not
+ * Boolean raises an exception, here and in the two functions below. */
 VEXOR_DLLSPEC void vexor_assert(vexor_context ctx, vexor_expr e);
 
 /* The same, and e can be retracted. Result: the id for vexor_retract and vexor_get_assertion_value. */
@@ -318,7 +319,8 @@ VEXOR_DLLSPEC vexor_var_decl vexor_mk_var_decl(vexor_context ctx, const char* na
 VEXOR_DLLSPEC vexor_expr vexor_mk_var_from_decl(vexor_context ctx, vexor_var_decl d);
 VEXOR_DLLSPEC vexor_expr vexor_mk_bool_var_from_decl(vexor_context ctx, vexor_var_decl d);
 
-/* A use of the variable of that name, which is declared as a Boolean one if the name is not in use. */
+/* A use of the Boolean variable of that name, which is declared if the name is not in use. A name that stands
+ * for something else, another type of variable or an operator, raises an exception. */
 VEXOR_DLLSPEC vexor_expr vexor_mk_bool_var(vexor_context ctx, const char* name);
 
 /* A new Boolean variable with a name of its own: "v!1", "v!2", ... */

@@ -2,6 +2,7 @@
 #include "internalize/default_ast_internalization_visitor.h"
 
 #include "ast/node/unsupported.h"
+#include "ast/types/type_checker_exception.h"
 #include "base/deep_stack.h"
 #include "internalize/internalize_settings.h"
 #include "internalize/support_check.h"
@@ -28,15 +29,13 @@ shared_ptr<expr> default_ast_internalization_visitor::prepare(expr* e) {
         else
             simplify(result);
     });
-    if (result->is_boolean()) check_support(result.get());
+    // Without the type checker a choice may have had branches of different types.
+    if (!result->is_boolean()) throw_type_error(e, "constraint must be a boolean.");
+    check_support(result.get());
     return result;
 }
 
 void default_ast_internalization_visitor::assert_prepared(expr* e, literal guard) {
-    if (!e->is_boolean()) {
-        m_context->set_type_error("constraint must be a boolean");
-        return;
-    }
     m_guard = guard;
     reset();
     on_deep_stack([&] { accept_toplevel(e); });

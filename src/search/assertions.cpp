@@ -23,6 +23,7 @@ void context::set_internalizer(std::unique_ptr<internalizer> i) {
 shared_ptr<expr> context::prepare_assertion(expr* e) {
     VEXOR_ASSERT(m_internalizer && at_base_lvl());
     if (g_type_check) type_check(e);
+    if (!e->is_boolean()) throw_type_error(e, "constraint must be a boolean.");
     if (inconsistent() || !type_correct()) return nullptr;
     return m_internalizer->prepare(e);
 }

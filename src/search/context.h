@@ -170,7 +170,8 @@ public:
     // The translation of formulas; before the first assertion.
     void set_internalizer(std::unique_ptr<internalizer> i);
     // Asserts e for the current user scope. Nothing on an inconsistent or type-incorrect context. What is not
-    // supported, and with g_type_check what is ill-typed, raises an exception, and nothing of e stays.
+    // supported or not Boolean, and with g_type_check what is ill-typed anywhere, raises an exception, and
+    // nothing of e stays.
     void assert_cnstr(expr* e);
     // The same with an id by which e can be retracted and appears in unsatisfiable cores.
     int assert_retractable_cnstr(expr* e);

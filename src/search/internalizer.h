@@ -19,11 +19,10 @@ class internalizer {
 public:
     virtual ~internalizer() = default;
 
-    // The formula in the form that assert_prepared takes: simplified and looked through for what is not
-    // supported, which raises feature_not_implemented_exception.
+    // The formula, which is Boolean, in the form that assert_prepared takes: simplified and looked through
+    // for what is not supported, which raises feature_not_implemented_exception.
     [[nodiscard]] virtual shared_ptr<expr> prepare(expr* e) = 0;
-    // Asserts e, or e or guard if the guard is not null_literal. A formula that is not Boolean sets a type
-    // error.
+    // Asserts e, or e or guard if the guard is not null_literal.
     virtual void assert_prepared(expr* e, literal guard) = 0;
     // The literal of a Boolean formula that was prepared.
     virtual literal accept_boolean(expr* e, bool negated) = 0;

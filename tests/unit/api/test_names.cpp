@@ -136,6 +136,21 @@ TEST(api_names, walk_over_variables) {
     vexor_del_iterator(it);
 }
 
+TEST(api_names, a_name_of_something_else_is_no_boolean_variable) {
+    api_context ctx;
+    vexor_mk_var_decl(ctx, "i", vexor_mk_type(ctx, "int"));
+    for (char const* taken : {"and", "i", "+", "true"}) {
+        try {
+            vexor_mk_bool_var(ctx, taken);
+            ADD_FAILURE() << taken;
+        } catch (std::exception const& e) {
+            std::string const message = std::string("Constant \"") + taken + "\" was already defined.";
+            EXPECT_NE(std::string(e.what()).find(message), std::string::npos) << e.what();
+        }
+    }
+    EXPECT_EQ(vexor_check(ctx), 1);
+}
+
 TEST(api_names, types) {
     api_context ctx;
     for (char const* known : {"bool", "int", "nat", "real"}) {
@@ -155,6 +170,24 @@ TEST(api_names, types) {
     vexor_mk_type(ctx, "int");
     vexor_pop(ctx);
     vexor_mk_var_decl(ctx, "still", outer);
+}
+
+// With the type checker and without it, nothing of such an assertion stays.
+TEST(api_names, an_assertion_that_is_not_boolean) {
+    setting_guard const guard(g_type_check);
+    for (int checker : {0, 1}) {
+        vexor_enable_type_checker(checker);
+        api_context ctx;
+        vexor_expr const i = ctx.constant("i", vexor_mk_type(ctx, "int"));
+        EXPECT_THROW(vexor_assert(ctx, i), std::exception);
+        EXPECT_THROW(vexor_assert_retractable(ctx, vexor_mk_num(ctx, 5)), std::exception);
+        EXPECT_THROW(vexor_assert_weighted(ctx, vexor_mk_sum(ctx, &i, 1), 3), std::exception);
+        EXPECT_EQ(ctx.inner().num_bool_vars(), 3u);
+        EXPECT_EQ(vexor_check(ctx), 1);
+        vexor_assert(ctx, ctx.not_of(ctx.var("x")));
+        EXPECT_EQ(vexor_check(ctx), 1);
+        EXPECT_EQ(ctx.value(ctx.var("x")), -1);
+    }
 }
 
 TEST(api_names, type_checker) {

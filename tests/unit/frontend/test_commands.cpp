@@ -166,13 +166,26 @@ TEST(commands, a_contradiction_is_told_once_and_closes_the_gate) {
     EXPECT_EQ(s.run("(assert (nope))"), "!" + failed_at(9, "Undefined name \"nope\".").substr(1));
 }
 
-TEST(commands, an_assertion_that_is_no_formula_is_a_type_error) {
+TEST(commands, an_assertion_that_is_no_formula_is_refused) {
     command_session s;
-    std::string const told = "Logical context detected a type error: constraint must be a boolean\n";
-    EXPECT_EQ(s.run("(define x::bool)(assert 1)"), "type error: constraint must be a boolean\n");
+    std::string const complaint = "constraint must be a boolean.";
+    EXPECT_EQ(s.run("(define x::bool)(define i::int)(define f::(-> int int))"), "");
+    EXPECT_EQ(s.run("(assert 1)"), failed_at(8, complaint));
+    EXPECT_EQ(s.run("(assert+ (+ 1 2))"), failed_at(9, complaint));
+    EXPECT_EQ(s.run("(assert+ i 5)"), failed_at(9, complaint));
+    EXPECT_EQ(s.run("(assert f)"), failed_at(8, complaint));
+    EXPECT_EQ(s.m_context.num_bool_vars(), 3u);
+    EXPECT_EQ(s.run("(check)(status)(assert x)(check)"), "sat\nok\nsat\n");
+}
+
+TEST(commands, a_type_error_of_the_context_closes_the_gate) {
+    command_session s;
+    std::string const told = "Logical context detected a type error: type mismatch\n";
+    s.m_context.set_type_error("type mismatch");
     EXPECT_EQ(s.run("(check)"), told + "Use (reset) to reset.\n");
     EXPECT_EQ(s.run("(status)"), "ok\n");
-    EXPECT_EQ(s.run("(reset)(push)(assert+ (+ 1 2))").substr(0, 4), "id: ");
+    EXPECT_EQ(s.run("(reset)(push)"), "");
+    s.m_context.set_type_error("type mismatch");
     EXPECT_EQ(s.run("(check)"), told + "Use (pop) to restore the previous state.\n");
     EXPECT_EQ(s.run("(push)"), told + "Use (pop) to restore the previous state.\n");
     EXPECT_EQ(s.run("(pop)(check)"), told + "Use (pop) to restore the previous state.\n");
