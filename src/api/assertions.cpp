@@ -3,6 +3,7 @@
 #include "api/busy_guard.h"
 #include "api/call_log.h"
 #include "api/context_wrapper.h"
+#include "ast/node/ast_manager.h"
 #include "search/search_settings.h"
 
 #include <algorithm>
@@ -30,23 +31,26 @@ extern "C" {
 void vexor_assert(vexor_context ctx, vexor_expr e) {
     busy_guard const guard(__func__);
     context& c = to_context(ctx);
-    logged_call const log("assert", to_expr(e));
-    c.assert_cnstr(to_expr(e));
+    expr* const formula = to_expr(e, c.get_manager());
+    logged_call const log("assert", formula);
+    c.assert_cnstr(formula);
 }
 
 assertion_id vexor_assert_retractable(vexor_context ctx, vexor_expr e) {
     busy_guard const guard(__func__);
     context& c = to_context(ctx);
-    logged_call const log("assert+", to_expr(e));
-    return c.assert_retractable_cnstr(to_expr(e));
+    expr* const formula = to_expr(e, c.get_manager());
+    logged_call const log("assert+", formula);
+    return c.assert_retractable_cnstr(formula);
 }
 
 assertion_id vexor_assert_weighted(vexor_context ctx, vexor_expr e, vexor_int64 weight) {
     busy_guard const guard(__func__);
     context& c = to_context(ctx);
-    logged_call const log("assert+", to_expr(e), std::to_string(weight));
+    expr* const formula = to_expr(e, c.get_manager());
+    logged_call const log("assert+", formula, std::to_string(weight));
     if (weight <= 0) throw invalid_weight_exception();
-    return c.assert_weighted_cnstr(to_expr(e), numeral(weight));
+    return c.assert_weighted_cnstr(formula, numeral(weight));
 }
 
 void vexor_retract(vexor_context ctx, assertion_id id) {

@@ -90,20 +90,43 @@ inline var_decl* to_decl(vexor_var_decl d, char const* function = __builtin_FUNC
     return result;
 }
 
+// --- The same for a handle that must belong to the manager's context: a term with parts of two contexts would
+// outlive one of them.
+
+template <class Node>
+Node* of_manager(Node* node, ast_manager const* manager, char const* what, char const* function) {
+    if (node->get_manager() != manager) misuse(function, what);
+    return node;
+}
+
+inline expr* to_expr(vexor_expr e, ast_manager const* manager, char const* function = __builtin_FUNCTION()) {
+    return of_manager(to_expr(e, function), manager, "an expression belongs to another context", function);
+}
+
+inline type* to_type(vexor_type t, ast_manager const* manager, char const* function = __builtin_FUNCTION()) {
+    return of_manager(to_type(t, function), manager, "a type belongs to another context", function);
+}
+
+inline var_decl* to_decl(vexor_var_decl d, ast_manager const* manager,
+                         char const* function = __builtin_FUNCTION()) {
+    return of_manager(to_decl(d, function), manager, "a declaration belongs to another context", function);
+}
+
 inline vexor_expr handle_of(expr* e) { return reinterpret_cast<vexor_expr>(e); }
 inline vexor_type handle_of(type* t) { return reinterpret_cast<vexor_type>(t); }
 inline vexor_var_decl handle_of(var_decl* d) { return reinterpret_cast<vexor_var_decl>(d); }
 
-// The nodes behind an array of handles: a copy that is small for few of them.
+// The nodes behind an array of handles of one context: a copy that is small for few of them.
 class expr_array {
 public:
-    expr_array(vexor_expr const* handles, unsigned n, char const* function = __builtin_FUNCTION()) {
+    expr_array(vexor_expr const* handles, unsigned n, ast_manager const* manager,
+               char const* function = __builtin_FUNCTION()) {
         if (n > 0 && handles == nullptr) misuse(function, "an array is null");
         if (n > num_inline) {
             m_more.resize(n, nullptr);
             m_exprs = m_more.data();
         }
-        for (unsigned i = 0; i < n; ++i) m_exprs[i] = to_expr(handles[i], function);
+        for (unsigned i = 0; i < n; ++i) m_exprs[i] = to_expr(handles[i], manager, function);
     }
     expr_array(expr_array const&) = delete; // m_exprs points into it
     expr_array& operator=(expr_array const&) = delete;

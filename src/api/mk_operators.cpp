@@ -14,7 +14,7 @@ vexor_expr hand_out(context_wrapper& wrapper, shared_ptr<T> const& node) {
 template <class Operator>
 vexor_expr mk_nary(vexor_context ctx, vexor_expr const* args, unsigned n, char const* function) {
     context_wrapper& wrapper = to_wrapper(ctx, function);
-    expr_array const exprs(args, n, function);
+    expr_array const exprs(args, n, wrapper.get_manager(), function);
     return hand_out(wrapper,
                     mk<application>(wrapper.get_manager()->mk_name<Operator>(), exprs.data(), n, -1));
 }
@@ -23,14 +23,15 @@ template <class Operator>
 vexor_expr mk_unary(vexor_context ctx, vexor_expr a, char const* function) {
     context_wrapper& wrapper = to_wrapper(ctx, function);
     expr* const op = wrapper.get_manager()->mk_name<Operator>();
-    return hand_out(wrapper, mk<application>(op, to_expr(a, function), -1));
+    return hand_out(wrapper, mk<application>(op, to_expr(a, wrapper.get_manager(), function), -1));
 }
 
 template <class Operator>
 vexor_expr mk_binary(vexor_context ctx, vexor_expr a, vexor_expr b, char const* function) {
     context_wrapper& wrapper = to_wrapper(ctx, function);
     expr* const op = wrapper.get_manager()->mk_name<Operator>();
-    return hand_out(wrapper, mk<application>(op, to_expr(a, function), to_expr(b, function), -1));
+    return hand_out(wrapper, mk<application>(op, to_expr(a, wrapper.get_manager(), function),
+                                             to_expr(b, wrapper.get_manager(), function), -1));
 }
 
 shared_ptr<numeral_expr> mk_index(context_wrapper& wrapper, unsigned n) {
@@ -43,7 +44,8 @@ vexor_expr mk_counted(vexor_context ctx, vexor_expr a, unsigned n, char const* f
     context_wrapper& wrapper = to_wrapper(ctx, function);
     expr* const op = wrapper.get_manager()->mk_name<Operator>();
     shared_ptr<numeral_expr> const count = mk_index(wrapper, n);
-    return hand_out(wrapper, mk<application>(op, to_expr(a, function), static_cast<expr*>(count.get()), -1));
+    return hand_out(wrapper, mk<application>(op, to_expr(a, wrapper.get_manager(), function),
+                                             static_cast<expr*>(count.get()), -1));
 }
 
 } // namespace
@@ -108,8 +110,10 @@ VEXOR_MK_COUNTED(bv_shift_righta)
 
 vexor_expr vexor_mk_ite(vexor_context ctx, vexor_expr c, vexor_expr t, vexor_expr e) {
     context_wrapper& wrapper = to_wrapper(ctx);
-    expr* const op = wrapper.get_manager()->mk_name<ite_decl>();
-    return hand_out(wrapper, mk<application>(op, to_expr(c), to_expr(t), to_expr(e), -1));
+    ast_manager* const manager = wrapper.get_manager();
+    expr* const op = manager->mk_name<ite_decl>();
+    return hand_out(wrapper,
+                    mk<application>(op, to_expr(c, manager), to_expr(t, manager), to_expr(e, manager), -1));
 }
 
 vexor_expr vexor_mk_bv_extract(vexor_context ctx, unsigned high, unsigned low, vexor_expr a) {
@@ -117,28 +121,30 @@ vexor_expr vexor_mk_bv_extract(vexor_context ctx, unsigned high, unsigned low, v
     expr* const op = wrapper.get_manager()->mk_name<bv_extract_decl>();
     shared_ptr<numeral_expr> const first = mk_index(wrapper, high);
     shared_ptr<numeral_expr> const second = mk_index(wrapper, low);
-    return hand_out(wrapper, mk<application>(op, static_cast<expr*>(first.get()),
-                                             static_cast<expr*>(second.get()), to_expr(a), -1));
+    return hand_out(wrapper,
+                    mk<application>(op, static_cast<expr*>(first.get()), static_cast<expr*>(second.get()),
+                                    to_expr(a, wrapper.get_manager()), -1));
 }
 
 vexor_expr vexor_mk_app(vexor_context ctx, vexor_expr f, const vexor_expr args[], unsigned n) {
     context_wrapper& wrapper = to_wrapper(ctx);
-    expr* const fun = to_expr(f);
-    expr_array const exprs(args, n);
+    expr* const fun = to_expr(f, wrapper.get_manager());
+    expr_array const exprs(args, n, wrapper.get_manager());
     return hand_out(wrapper, mk<application>(fun, exprs.data(), n, -1));
 }
 
 vexor_expr vexor_mk_function_update(vexor_context ctx, vexor_expr f, const vexor_expr args[], unsigned n,
                                     vexor_expr value) {
     context_wrapper& wrapper = to_wrapper(ctx);
-    expr* const fun = to_expr(f);
-    expr_array const exprs(args, n);
-    return hand_out(wrapper, mk<function_update_expr>(fun, exprs.data(), n, to_expr(value), -1));
+    expr* const fun = to_expr(f, wrapper.get_manager());
+    expr_array const exprs(args, n, wrapper.get_manager());
+    return hand_out(
+        wrapper, mk<function_update_expr>(fun, exprs.data(), n, to_expr(value, wrapper.get_manager()), -1));
 }
 
 vexor_expr vexor_mk_tuple_literal(vexor_context ctx, const vexor_expr args[], unsigned n) {
     context_wrapper& wrapper = to_wrapper(ctx);
-    expr_array const exprs(args, n);
+    expr_array const exprs(args, n, wrapper.get_manager());
     return hand_out(wrapper, mk<tuple_literal>(wrapper.get_manager(), exprs.data(), n, -1));
 }
 

@@ -11,9 +11,12 @@ using namespace vexor;
 
 namespace {
 
+ast_manager const* manager_of(model const& m) { return m.get_context()->get_manager(); }
+
 // Null if the model has no number for d.
 numeral const* numeral_value(vexor_model m, vexor_var_decl d, char const* function = __builtin_FUNCTION()) {
-    expr* const value = to_model(m, function).get_numeral_value_for(to_decl(d, function));
+    model& values = to_model(m, function);
+    expr* const value = values.get_numeral_value_for(to_decl(d, manager_of(values), function));
     return value == nullptr ? nullptr : &static_cast<numeral_expr*>(value)->get_value();
 }
 
@@ -39,7 +42,7 @@ void vexor_display_model(vexor_model m) {
 
 lbool vexor_get_value(vexor_model m, vexor_var_decl d) {
     model const& values = to_model(m);
-    int const var = values.get_context()->get_bool_var_for(to_decl(d));
+    int const var = values.get_context()->get_bool_var_for(to_decl(d, manager_of(values)));
     return var == null_bool_var ? 0 : values.value(var);
 }
 
@@ -93,7 +96,8 @@ int vexor_get_mpq_value(vexor_model m, vexor_var_decl d, mpq_ptr value) {
 
 int vexor_get_bitvector_value(vexor_model m, vexor_var_decl d, int n, int* bits) {
     if (n > 0) static_cast<void>(output(bits));
-    expr* const value = to_model(m).get_bitvector_value_for(to_decl(d));
+    model& values = to_model(m);
+    expr* const value = values.get_bitvector_value_for(to_decl(d, manager_of(values)));
     if (value == nullptr) return 0;
     auto const* constant = static_cast<bitvector_constant*>(value);
     for (int i = 0; i < n; ++i) {
@@ -105,8 +109,8 @@ int vexor_get_bitvector_value(vexor_model m, vexor_var_decl d, int n, int* bits)
 
 lbool vexor_evaluate_in_model(vexor_model m, vexor_expr e) {
     busy_guard const guard(__func__);
-    shared_ptr<expr> value(to_expr(e));
     model const& values = to_model(m);
+    shared_ptr<expr> value(to_expr(e, manager_of(values)));
     if (!values.is_valid()) return 0;
     values.get_context()->eval_in_model(value);
     return is_true(value.get()) ? 1 : is_false(value.get()) ? -1 : 0;

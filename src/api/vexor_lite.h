@@ -15,7 +15,8 @@
  *     }
  *
  * prints "sat". The interface is not for concurrent use: one thread at a time may be in it for a whole
- * process, and what it prints to and logs to is process-wide. Callbacks must not call back into the library.
+ * process, and what it prints to and logs to is process-wide. Callbacks must not call back into the
+ * library. A null pointer ends the process (abort) with a message on the error stream that names the function.
  */
 #ifndef VEXOR_LITE_H
 #define VEXOR_LITE_H

@@ -1,6 +1,8 @@
 // What a caller must never do ends the process with a message that names the function.
 #include "api_context.h"
 
+#include "api/vexor_lite.h"
+
 #include "search/search_settings.h"
 
 #include <functional>
@@ -216,6 +218,58 @@ TEST_F(misuse_test, pop_without_push) {
     vexor_push(m_ctx);
     vexor_reset(m_ctx);
     MISUSE("there is no scope to pop", vexor_pop, m_ctx);
+}
+
+TEST_F(misuse_test, handles_of_another_context) {
+    char const *const expr = "an expression belongs to another context",
+                      *const decl = "a declaration belongs to another context",
+                      *const type = "a type belongs to another context";
+    api_context other;
+    vexor_expr const y = other.var("y"), both[] = {m_x, y};
+    vexor_expr const one = vexor_mk_true(other);
+    vexor_var_decl const d = vexor_get_var_decl(y);
+    vexor_type t = vexor_mk_type(other, "T");
+    vexor_type* const components[] = {&t};
+    int bit = 0;
+    MISUSE(expr, vexor_assert, m_ctx, y);
+    MISUSE(expr, vexor_assert, m_ctx, one);
+    MISUSE(expr, vexor_assert_retractable, m_ctx, y);
+    MISUSE(expr, vexor_assert_weighted, m_ctx, y, 1);
+    MISUSE(expr, vexor_mk_or, m_ctx, both, 2);
+    MISUSE(expr, vexor_mk_not, m_ctx, y);
+    MISUSE(expr, vexor_mk_eq, m_ctx, m_x, y);
+    MISUSE(expr, vexor_mk_eq, m_ctx, y, m_x);
+    MISUSE(expr, vexor_mk_ite, m_ctx, y, m_x, m_x);
+    MISUSE(expr, vexor_mk_ite, m_ctx, m_x, m_x, y);
+    MISUSE(expr, vexor_mk_app, m_ctx, y, &m_x, 1);
+    MISUSE(expr, vexor_mk_app, m_ctx, m_x, both, 2);
+    MISUSE(expr, vexor_mk_function_update, m_ctx, m_x, &m_x, 1, y);
+    MISUSE(expr, vexor_mk_function_update, m_ctx, m_x, &y, 1, m_x);
+    MISUSE(expr, vexor_mk_tuple_literal, m_ctx, both, 2);
+    MISUSE(expr, vexor_mk_bv_extract, m_ctx, 1, 0, y);
+    MISUSE(expr, vexor_mk_bv_sign_extend, m_ctx, y, 1);
+    MISUSE(expr, vexor_evaluate_in_model, m_model, y);
+    MISUSE(decl, vexor_mk_var_from_decl, m_ctx, d);
+    MISUSE(decl, vexor_mk_bool_var_from_decl, m_ctx, d);
+    MISUSE(decl, vexor_get_value, m_model, d);
+    MISUSE(decl, vexor_get_int_value, m_model, d, &m_long);
+    MISUSE(decl, vexor_get_bitvector_value, m_model, d, 1, &bit);
+    MISUSE(type, vexor_mk_var_decl, m_ctx, "z", t);
+    MISUSE(type, vexor_mk_function_type, m_ctx, &t, 1, m_type);
+    MISUSE(type, vexor_mk_function_type, m_ctx, &m_type, 1, t);
+    MISUSE(type, vexor_mk_tuple_type, m_ctx, const_cast<vexor_type**>(components), 1);
+}
+
+TEST_F(misuse_test, null_pointers_of_the_lite_interface) {
+    char const* const what = "the context is null";
+    vexorl_context const lite = vexorl_mk_context();
+    MISUSE(what, vexorl_del_context, nullptr);
+    MISUSE(what, vexorl_inconsistent, nullptr);
+    MISUSE(what, vexorl_read, nullptr, "(check)");
+    MISUSE("the text is null", vexorl_read, lite, nullptr);
+    MISUSE("the file name is null", vexorl_set_output_file, nullptr);
+    MISUSE("the file name is null", vexorl_enable_log_file, nullptr);
+    vexorl_del_context(lite);
 }
 
 #ifdef VEXOR_DEBUG
