@@ -89,11 +89,29 @@ configure() {
     fi
 }
 
-# build PRESET [NINJA ARGUMENT...]: quiet unless it fails.
+# show_progress WHAT: tells from ninja's output how far it is: on a terminal in one line that it writes over, elsewhere
+# in a line for each tenth.
+show_progress() {
+    local line done total tenth last=-1
+    while IFS= read -r line; do
+        [[ $line =~ ^\[([0-9]+)/([0-9]+)\]\ (Building|Linking|Creating) ]] || continue
+        done=${BASH_REMATCH[1]} total=${BASH_REMATCH[2]}
+        if [ -t 2 ]; then
+            printf '\r%s: %d of %d ' "$1" "$done" "$total" >&2
+        else
+            tenth=$((done * 10 / total))
+            [ "$tenth" -eq "$last" ] || say "$1: $done of $total"
+        fi
+        last=$((done * 10 / total))
+    done
+    if [ -t 2 ] && [ "$last" -ge 0 ]; then printf '\n' >&2; fi
+}
+
+# build PRESET [NINJA ARGUMENT...]: shows its progress, and the messages only if it fails.
 build() {
     local preset=$1 log=build/build-$1.log
     shift
-    if ! ninja -C "build/$preset" "$@" >"$log" 2>&1; then
+    if ! ninja -C "build/$preset" "$@" 2>&1 | tee "$log" | show_progress "building ($preset)"; then
         grep -vE '^\[[0-9]+/[0-9]+\] (Building|Linking)' "$log" | tail -n 60 >&2
         say "the build of the preset $preset failed, the whole log is in $log"
         exit 1

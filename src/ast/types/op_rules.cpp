@@ -21,7 +21,6 @@ constexpr char const* not_number = "argument must be a number.";
 constexpr char const* wrong_extract = "invalid bitvector extract.";
 constexpr char const* wrong_repeat = "invalid repeat operation.";
 constexpr char const* wrong_extend = "invalid extend operation.";
-constexpr char const* wrong_size = "invalid bitvector size.";
 
 // The value of a numeral that is a natural number not above limit.
 bool get_natural(expr* e, unsigned limit, unsigned& value) {
@@ -66,7 +65,7 @@ shared_ptr<type> first_bitvector_type(application* a) {
 shared_ptr<type> concat_type(application* a) {
     std::uint64_t size = 0;
     for (unsigned i = 0; i < a->num_args(); ++i) size += require_bitvector(a, i);
-    return make_bitvector_type(a, size, wrong_size);
+    return make_bitvector_type(a, size, wrong_bitvector_size);
 }
 
 shared_ptr<type> extract_type(application* a) {

@@ -34,6 +34,7 @@ enum class op_rule {
 // No bit-vector is wider. Types and operations that would make a wider one, or one without bits, are type
 // errors.
 constexpr unsigned max_bitvector_size = 1U << 24;
+constexpr char const* wrong_bitvector_size = "invalid bitvector size.";
 
 // The type of an application of an operator with that rule. Raises type_checker_exception if it has none.
 shared_ptr<type> op_result_type(op_rule rule, application* a);

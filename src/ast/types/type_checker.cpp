@@ -7,8 +7,6 @@ namespace vexor {
 
 namespace {
 
-constexpr char const* wrong_size = "invalid bitvector size.";
-
 bool is_valid_size(unsigned size) { return size > 0 && size <= max_bitvector_size; }
 
 void check_definition(var_decl* d, expr* definition, char const* message) {
@@ -50,7 +48,7 @@ void type_checker::visit(let_decl* n) {
 }
 
 void type_checker::visit(bitvector_type* n) {
-    if (!is_valid_size(n->get_size())) throw_type_error(n, wrong_size);
+    if (!is_valid_size(n->get_size())) throw_type_error(n, wrong_bitvector_size);
 }
 
 void type_checker::visit(subtype* n) {
@@ -100,7 +98,7 @@ void type_checker::visit(record_update_expr* n) {
 }
 
 void type_checker::visit(bitvector_constant* n) {
-    if (!is_valid_size(n->get_size())) throw_type_error(n, wrong_size);
+    if (!is_valid_size(n->get_size())) throw_type_error(n, wrong_bitvector_size);
 }
 
 void type_checker::visit(tuple_selection* n) {
