@@ -46,7 +46,6 @@ void context::give_up_at_search_lvl() {
     if (m_scope_lvl > m_base_lvl) build_unsat_assumption_core();
     m_conflict = gexplanation::mk_lazy(&m_false);
     if (m_scope_lvl > m_search_lvl) backtrack(m_scope_lvl - m_search_lvl, false, false);
-    m_atom_queue.reset();
 }
 
 // False if the context is unsatisfiable at the search level.
@@ -123,7 +122,7 @@ inline void context::resolve_antecedents(literal consequent, gexplanation reason
     }
     case gexplanation::lazy:
         m_antecedent_lits.reset();
-        reason.get_explanation()->get_antecedents(this, consequent, m_antecedent_lits, true);
+        reason.get_explanation()->get_antecedents(consequent, m_antecedent_lits);
         for (literal l : m_antecedent_lits) resolve_literal(l, level_floor, base_floor);
         break;
     }

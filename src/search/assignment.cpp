@@ -10,7 +10,7 @@ bool context::assign_literal_core(literal l, gexplanation reason) {
         assign_unassigned(l, reason);
         return true;
     }
-    auto* absurd = new (m_region.allocate(sizeof(absurd_explanation))) absurd_explanation(~l, reason);
+    auto* absurd = new (m_region.allocate(sizeof(absurd_explanation))) absurd_explanation(*this, ~l, reason);
     set_conflict(gexplanation::mk_lazy(absurd));
     return false;
 }
@@ -50,6 +50,18 @@ void context::assert_constraint(constraint* c) {
         current_out_of_order_data().m_constraints.push_back(c);
 }
 
+void context::set_incompleteness(char const* reason) {
+    if (m_incomplete) return;
+    push_strong_trail(value_trail<bool>(m_incomplete));
+    m_incomplete = true;
+    m_incompleteness_reason = reason;
+}
+
+void context::count_reason(unsigned kind) {
+    if (kind >= m_reason_counts.size()) m_reason_counts.resize(kind + 1, 0);
+    ++m_reason_counts[kind];
+}
+
 void context::set_type_error(char const* text) {
     if (!m_type_correct) return;
     m_type_correct = false;
@@ -70,7 +82,7 @@ void context::append_antecedents(literal consequent, gexplanation reason, svecto
         break;
     }
     case gexplanation::lazy:
-        reason.get_explanation()->get_antecedents(this, consequent, out, true);
+        reason.get_explanation()->get_antecedents(consequent, out);
         break;
     }
 }

@@ -10,8 +10,7 @@
 
 namespace vexor {
 
-class atom;
-class equation;
+class theory_atom;
 class var_decl;
 
 enum class gate_kind : unsigned { none = 0, or_gate = 7, ite_gate = 8, iff_gate = 9 };
@@ -25,17 +24,15 @@ struct aux_bool_var_def {
 // Prints "(or a b)", with the literals' own printed form.
 std::ostream& operator<<(std::ostream& out, aux_bool_var_def const& def);
 
-// The two low bits tell the kind; an equation pointer of null is null_body, a variable without definition.
+// The two low bits tell the kind; an atom pointer of null is null_body, a variable without definition.
 class bool_var_body {
 public:
-    enum kind : unsigned { equation_body = 0, atom_body = 1, decl_body = 2, aux_body = 3 };
+    enum kind : unsigned { theory_body = 0, decl_body = 2, aux_body = 3 };
 
     constexpr bool_var_body()
         : m_word(0) {}
-    explicit bool_var_body(equation* e)
-        : m_word(reinterpret_cast<std::uintptr_t>(e) | equation_body) {}
-    explicit bool_var_body(atom* a)
-        : m_word(reinterpret_cast<std::uintptr_t>(a) | atom_body) {}
+    explicit bool_var_body(theory_atom* a)
+        : m_word(reinterpret_cast<std::uintptr_t>(a) | theory_body) {}
     explicit bool_var_body(var_decl* d)
         : m_word(reinterpret_cast<std::uintptr_t>(d) | decl_body) {}
     explicit bool_var_body(aux_bool_var_def* d)
@@ -43,13 +40,10 @@ public:
 
     [[nodiscard]] kind tag() const { return static_cast<kind>(m_word & 3); }
     [[nodiscard]] bool is_null() const { return m_word == 0; }
-    // Only variables with theory content are queued for the theories when they are assigned.
-    [[nodiscard]] bool has_atom() const {
-        return tag() == atom_body || (tag() == equation_body && !is_null());
-    }
+    // Only variables with theory content are handed to the theories when they are assigned.
+    [[nodiscard]] bool has_atom() const { return tag() == theory_body && !is_null(); }
 
-    [[nodiscard]] equation* get_equation() const { return get<equation>(equation_body); }
-    [[nodiscard]] atom* get_atom() const { return get<atom>(atom_body); }
+    [[nodiscard]] theory_atom* get_atom() const { return get<theory_atom>(theory_body); }
     [[nodiscard]] var_decl* get_decl() const { return get<var_decl>(decl_body); }
     [[nodiscard]] aux_bool_var_def* get_def() const { return get<aux_bool_var_def>(aux_body); }
 

@@ -19,7 +19,7 @@ literal const no_literals[2] = {null_literal, null_literal};
 
 context::context(ast_manager* manager)
     : m_ast_manager(manager)
-    , m_egraph(std::make_unique<theory_hub>())
+    , m_hub(std::make_unique<theory_hub>())
     , m_model(this)
     , m_def2var(m_bool_var_bodies)
     , m_var_heap(var_lt{this})
@@ -33,7 +33,7 @@ context::~context() { flush_data(); }
 
 void context::set_theory_hub(std::unique_ptr<theory_hub> hub) {
     VEXOR_ASSERT(num_bool_vars() == first_bool_var && m_scope_lvl == 0);
-    m_egraph = std::move(hub);
+    m_hub = std::move(hub);
 }
 
 // Frees everything that is not freed by the containers' own destructors. Theories see the undo of the whole
@@ -48,16 +48,17 @@ void context::flush_data() {
     }
     m_constraints.reset();
     flush_bool_var_bodies();
-    m_egraph->flush_data();
+    m_hub->flush_data();
     for (watch_set& set : m_watches) set.free_memory();
     m_backtracking = was_backtracking;
 }
 
 void context::reset() {
     flush_data();
-    m_egraph->reset();
+    m_hub->reset();
     if (m_internalizer) m_internalizer->reset();
     m_stats = statistics();
+    m_reason_counts.reset();
     m_def2var.reset();
     m_assignment.reset();
     m_watches.reset();
@@ -74,7 +75,7 @@ void context::reset() {
     m_scopes.reset();
     m_trail.reset();
     m_qhead = 0;
-    m_atom_queue.reset();
+    m_theory_qhead = 0;
     m_base_level_trails.reset();
     m_out_of_order_stack.reset();
     m_region.reset(false);
@@ -97,7 +98,8 @@ void context::reset() {
     m_num_ignored_pushes = 0;
     m_type_correct = true;
     m_type_error.clear();
-    m_incomplete = false;
+    m_incomplete = m_incomplete_answer = false;
+    m_incompleteness_reason = nullptr;
     m_validation_failed = false;
     m_model.reset();
     reserve_support_vars();

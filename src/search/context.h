@@ -58,7 +58,7 @@ public:
 
     // Takes the place of the empty theory; only while there is no variable beyond the reserved ones.
     void set_theory_hub(std::unique_ptr<theory_hub> hub);
-    [[nodiscard]] theory_hub& get_theory_hub() { return *m_egraph; }
+    [[nodiscard]] theory_hub& get_theory_hub() { return *m_hub; }
     [[nodiscard]] ast_manager* get_manager() const { return m_ast_manager; }
 
     // --- Variables.
@@ -70,8 +70,8 @@ public:
     [[nodiscard]] bool_var_body get_body(int var) const {
         return m_bool_var_bodies[static_cast<unsigned>(var)];
     }
-    // Tells the atom or equation behind var that it has (is_new) come to life or has survived a backjump.
-    void init_bool_var(int var, bool is_new);
+    // Tells the theory of the atom behind var that it has (is_new) come to life or has survived a backjump.
+    void init_bool_var(int var, bool is_new) noexcept;
 
     // --- Clauses and constraints.
 
@@ -229,8 +229,12 @@ public:
     void set_type_error(char const* text);
     [[nodiscard]] bool type_correct() const { return m_type_correct; }
     [[nodiscard]] std::string const& get_type_incorrect_explanation() const { return m_type_error; }
-    void set_incompleteness() { m_incomplete = true; }
-    [[nodiscard]] bool incomplete() const { return m_incomplete; }
+    // Goes with the present scope; the reason is a static text.
+    void set_incompleteness(char const* reason = "incomplete");
+    // Whether the last answer, had it been "satisfiable", would only have been "unknown".
+    [[nodiscard]] bool incomplete() const { return m_incomplete || m_incomplete_answer; }
+    // Why the last answer was unknown for incompleteness; null if it was not.
+    [[nodiscard]] char const* get_incompleteness_reason() const { return m_incompleteness_reason; }
 
     // Whether the commands of the native language show models and cores.
     [[nodiscard]] bool evidence() const { return m_evidence; }
@@ -250,6 +254,8 @@ public:
     [[nodiscard]] statistics get_statistics() const;
     // Numbers the conflicts.
     [[nodiscard]] std::uint64_t num_conflicts() const { return m_stats.m_num_conflicts; }
+    // The theories' counters and their reasons by kind, one a line: prefix, name, value.
+    void display_theory_statistics(std::ostream& out, char const* prefix = "") const;
     // Trail positions whose literals were, or are just being, visited by the propagation.
     [[nodiscard]] unsigned num_visited() const { return m_qhead; }
     [[nodiscard]] random_numbers& random() { return m_random; }
@@ -269,6 +275,7 @@ private:
     friend class invariant_checker;
     friend class max_sat_search;
     friend class search_frame;
+    friend class theory_port;
     friend class stop_frame;
     friend class user_scope_frame;
     friend class weighted_decisions_frame;
@@ -311,7 +318,9 @@ private:
     bool propagate_boolean_constraints();
     bool propagate_binary_clauses(literal l);
     bool propagate_watched_clauses(literal l);
-    bool propagate_non_boolean_constraints();
+    bool propagate_theories();
+    bool hand_over_atoms();
+    void count_reason(unsigned kind);
     void drop_pending_work();
 
     // analyze.cpp
@@ -408,12 +417,13 @@ private:
     // --- State. Unless a remark says otherwise, reset() puts the start value back.
 
     ast_manager* m_ast_manager;                   // of the caller; not owned, may be null
-    std::unique_ptr<theory_hub> m_egraph;         // the theories
+    std::unique_ptr<theory_hub> m_hub;            // the theories
     std::unique_ptr<internalizer> m_internalizer; // null until set
     model m_model;                                // of the last satisfiable answer
     statistics m_stats;
-    random_numbers m_random; // not reset
-    def_table m_def2var;     // variables by their definition
+    svector<std::uint64_t> m_reason_counts; // by number of reason_kind: reasons that were made
+    random_numbers m_random;                // not reset
+    def_table m_def2var;                    // variables by their definition
 
     // When and why a variable got its value. Timestamp: trail position of the assignment shifted left by
     // five, OR the scope modulo 32; or scope_floor(m_base_lvl) for values that hold below every retractable
@@ -442,8 +452,8 @@ private:
     bool m_backtracking = false; // an undo is running
     svector<unsigned> m_scopes;  // trail size at the start of each scope
     svector<trail_word> m_trail;
-    unsigned m_qhead = 0;          // next trail position to propagate
-    svector<literal> m_atom_queue; // assigned literals with atoms, waiting for the theories
+    unsigned m_qhead = 0;        // next trail position to propagate
+    unsigned m_theory_qhead = 0; // next trail position whose atom is to be handed to the theories
     vector<base_level_trail> m_base_level_trails;
     vector<out_of_order_data> m_out_of_order_stack;
     scoped_arena m_region; // explanations, trail records and other objects of one scope
@@ -482,10 +492,12 @@ private:
     static constexpr std::uint64_t running_bit = 1, stopped_bit = 2;
     std::atomic<std::uint64_t> m_search_state{0};
     bool m_type_correct = true;
-    bool m_incomplete = false;         // an answer "satisfiable" would only be "unknown"
-    bool m_evidence = false;           // not reset
-    unsigned m_num_ignored_pushes = 0; // pushes on a dead context that await their pops
-    bool m_validate_model = false;     // not reset
+    bool m_incomplete = false; // an answer "satisfiable" would only be "unknown"; restored by the trail
+    bool m_incomplete_answer = false; // a model of the last question was found while m_incomplete was set
+    char const* m_incompleteness_reason = nullptr; // of the last time that m_incomplete was set
+    bool m_evidence = false;                       // not reset
+    unsigned m_num_ignored_pushes = 0;             // pushes on a dead context that await their pops
+    bool m_validate_model = false;                 // not reset
     bool m_validation_failed = false;
     std::string m_type_error;
     search_callback m_search_callback;                 // not reset
@@ -497,6 +509,7 @@ private:
     svector<literal> m_simplified_lits; // create_clause_core
     svector<literal> m_aux_lits;        // create_auxiliary_clause
     svector<literal> m_gate_lits;       // create_or of two and three literals
+    svector<literal> m_handed_lits;     // hand_over_atoms
     svector<literal> m_learned_lits;    // resolve_conflict: the clause being learned
     svector<literal> m_antecedent_lits; // resolve_conflict, minimization, cores
     svector<int> m_to_unmark;           // minimization: variables it marked
@@ -512,7 +525,6 @@ inline void context::assign_unassigned(literal l, gexplanation reason) {
     m_assignment[static_cast<unsigned>((~l).index())] = -1;
     m_causes[var] = {(static_cast<std::int64_t>(m_trail.size()) << 5) | (m_scope_lvl & 31), reason};
     m_trail.push_back(trail_word(l));
-    if (m_has_atom.get(var)) m_atom_queue.push_back(l);
 }
 
 } // namespace vexor

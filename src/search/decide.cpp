@@ -92,14 +92,8 @@ bool context::decide() {
     ++m_stats.m_num_decisions;
     if (get_verbosity_level() > 0 && m_stats.m_num_decisions % m_progress_interval == 0)
         std::cerr << "." << std::flush;
-    try {
-        create_backtrack_point();
-        if (!has_phase) phase = choose_phase(var);
-    } catch (...) {
-        // The theories may throw; a variable that is neither assigned nor in the heap would never be decided.
-        if (!m_var_heap.contains(var)) m_var_heap.insert(var);
-        throw;
-    }
+    create_backtrack_point();
+    if (!has_phase) phase = choose_phase(var);
     literal const l(var, !phase);
     assign_unassigned(l, gexplanation::mk_decision(l));
     return true;
@@ -109,11 +103,7 @@ bool context::decide() {
 bool context::choose_phase(int var) {
     bool phase = false;
     bool_var_body const body = get_body(var);
-    if (body.tag() == bool_var_body::atom_body) {
-        if (body.get_atom()->decide(this, phase)) return phase;
-    } else if (body.tag() == bool_var_body::equation_body && !body.is_null()) {
-        if (m_egraph->decide_eq(body.get_equation(), phase)) return phase;
-    }
+    if (body.has_atom() && m_hub->decide_atom(body.get_atom(), phase)) return phase;
     switch (g_decision_polarity) {
     case 0:
         return false;

@@ -26,9 +26,7 @@ unsigned def_table::hash(int var) const {
         for (literal l : def.m_args) h = mix(h * 31 + l.hash());
         return h;
     }
-    case bool_var_body::atom_body:
-        return 0;
-    case bool_var_body::equation_body:
+    case bool_var_body::theory_body:
         break;
     }
     return body.is_null() ? mix(static_cast<unsigned>(var)) : 0;
@@ -49,9 +47,7 @@ bool def_table::equal(int a, int b) const {
             if (d.m_args[i] != e.m_args[i]) return false;
         return true;
     }
-    case bool_var_body::atom_body:
-        return false;
-    case bool_var_body::equation_body:
+    case bool_var_body::theory_body:
         break;
     }
     return x.is_null() && y.is_null() && a == b;

@@ -2,6 +2,7 @@
 #include "search/context.h"
 
 #include "ast/node/nodes.h"
+#include "search/frozen_reason.h"
 
 #include <ostream>
 
@@ -11,6 +12,8 @@ void context::display_bool_var(std::ostream& out, int var) const {
     bool_var_body const body = get_body(var);
     if (body.tag() == bool_var_body::decl_body)
         out << body.get_decl()->get_name().c_str();
+    else if (body.has_atom())
+        m_hub->display_atom(body.get_atom(), out);
     else
         out << "p!" << var;
 }
@@ -66,6 +69,13 @@ void context::display(std::ostream& out) const {
     }
 }
 
+void context::display_theory_statistics(std::ostream& out, char const* prefix) const {
+    m_hub->display_statistics(out, prefix);
+    for (unsigned i = 0; i < m_reason_counts.size(); ++i)
+        if (m_reason_counts[i] != 0)
+            out << prefix << "reasons." << reason_kind::get(i).name() << " " << m_reason_counts[i] << "\n";
+}
+
 // For traces: how l came to hold.
 char const* context::get_name(gexplanation reason, literal l) {
     switch (reason.tag()) {
@@ -74,7 +84,7 @@ char const* context::get_name(gexplanation reason, literal l) {
     case gexplanation::clausal:
         return l == false_literal ? "clause:empty" : "clause:unit";
     case gexplanation::lazy:
-        return reason.is_null() ? nullptr : reason.get_explanation()->get_name(this, l);
+        return reason.is_null() ? nullptr : reason.get_explanation()->get_name(l);
     case gexplanation::decision:
         break;
     }

@@ -23,6 +23,7 @@ void context::random_var_permutation() {
 int context::find_weighted_model(bool random) {
     m_unsat_core.reset();
     m_validation_failed = false;
+    m_incomplete_answer = false;
     if (inconsistent()) return -1;
     if (!type_correct()) return 0;
     m_model.reset();
@@ -36,7 +37,7 @@ int context::find_weighted_model(bool random) {
             return -1;
         }
         m_search_lvl = m_scope_lvl;
-        m_egraph->init_before_search();
+        m_hub->init_before_search();
         {
             weighted_decisions_frame const decisions(*this, random);
             result = search();

@@ -64,7 +64,8 @@ lpb_constraint* lpb_constraint::create(context* ctx, lpb_inequality const& sourc
 }
 
 lpb_constraint::lpb_constraint(context* ctx, lpb_inequality const& source)
-    : m_bound(source.m_bound)
+    : m_context(ctx)
+    , m_bound(source.m_bound)
     , m_first_candidate(source.m_monomials.size())
     , m_trail_scope(ctx->scope_lvl())
     , m_num_visited(ctx->num_visited())
@@ -104,7 +105,7 @@ void lpb_constraint::set_coeff(context* ctx, numeral const& value) {
 
 // A propagation that an exception interrupted visits its literal again: the position tells that it was
 // counted already.
-bool lpb_constraint::propagate(context* ctx, literal l) {
+bool lpb_constraint::propagate(context* ctx, literal l) noexcept {
     if (ctx->num_visited() <= m_num_visited) return true;
     save_state(ctx);
     int const i = get_index_of(~l);
@@ -134,29 +135,28 @@ void lpb_constraint::propagate_core(context* ctx) {
 // Analysis walks the trail backwards, so within one conflict the first request for a literal yields a
 // superset of the later ones, which may then be left out. The conflict itself is not such a request: it is
 // asked more than once.
-void lpb_constraint::get_antecedents(context* ctx, literal l, svector<literal>& out, bool from_analysis) {
+void lpb_constraint::get_antecedents(literal l, svector<literal>& out) noexcept {
+    context const* const ctx = m_context;
     lpb_monomial const* const end = monomials() + m_num_monomials;
     if (l == false_literal) {
         for (lpb_monomial const* m = monomials(); m != end; ++m)
             if (ctx->value(m->m_lit) < 0) out.push_back(~m->m_lit);
         return;
     }
-    if (from_analysis) {
-        if (m_last_conflict == ctx->num_conflicts()) return;
-        m_last_conflict = ctx->num_conflicts();
-    }
+    if (m_last_conflict == ctx->num_conflicts()) return;
+    m_last_conflict = ctx->num_conflicts();
     std::int64_t const timestamp = ctx->timestamp(l);
     for (lpb_monomial const* m = monomials(); m != end; ++m)
         if (ctx->value(m->m_lit) < 0 && ctx->timestamp(m->m_lit) < timestamp) out.push_back(~m->m_lit);
 }
 
-void lpb_constraint::remove(context* ctx, bool all) {
+void lpb_constraint::remove(context* ctx, bool all) noexcept {
     if (all) return;
     for (unsigned i = 0; i < m_num_monomials; ++i) ctx->remove_generic_watch(this, ~monomials()[i].m_lit);
 }
 
 // Created at the base level only, whose scope goes together with the constraint.
-bool lpb_constraint::init(context*, bool) { return false; }
+bool lpb_constraint::init(context*, bool) noexcept { return false; }
 
 int lpb_constraint::get_index_of(literal l) const {
     lpb_monomial const* const end = monomials() + m_num_monomials;
@@ -186,7 +186,7 @@ bool lpb_constraint::is_satisfied(context* ctx) {
 
 char const* lpb_constraint::get_kind() const { return "lpb"; }
 
-char const* lpb_constraint::get_name(context*, literal) const { return "lpb"; }
+char const* lpb_constraint::get_name(literal) const noexcept { return "lpb"; }
 
 void lpb_constraint::display(context const* ctx, std::ostream& out) const {
     out << "(lpb";

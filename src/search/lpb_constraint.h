@@ -74,13 +74,13 @@ public:
     // the old one stays.
     void set_coeff(context* ctx, numeral const& value);
 
-    bool propagate(context* ctx, literal l) override;
-    void get_antecedents(context* ctx, literal l, svector<literal>& out, bool from_analysis) override;
-    void remove(context* ctx, bool all) override;
-    bool init(context* ctx, bool is_new) override;
+    bool propagate(context* ctx, literal l) noexcept override;
+    void get_antecedents(literal l, svector<literal>& out) noexcept override;
+    void remove(context* ctx, bool all) noexcept override;
+    bool init(context* ctx, bool is_new) noexcept override;
     void display(context const* ctx, std::ostream& out) const override;
     [[nodiscard]] char const* get_kind() const override;
-    [[nodiscard]] char const* get_name(context* ctx, literal l) const override;
+    [[nodiscard]] char const* get_name(literal l) const noexcept override;
     [[nodiscard]] bool is_satisfied(context* ctx) override;
     [[nodiscard]] bool check_invariant(context* ctx) override;
 
@@ -112,6 +112,7 @@ private:
     void save_state(context* ctx);
     void propagate_core(context* ctx);
 
+    context* m_context;         // of the whole life
     numeral m_bound;            // the right-hand side
     numeral m_potential;        // see above; restored by lpb_trail
     unsigned m_first_candidate; // first monomial that may still be propagated; restored by lpb_trail

@@ -104,7 +104,7 @@ void max_sat_search::grow_bound() {
 
 int max_sat_search::try_bound() {
     context& ctx = m_context;
-    ctx.m_egraph->init_before_search();
+    ctx.m_hub->init_before_search();
     m_scope.emplace(ctx);
     if (!m_scope->is_open()) return -1;
     m_constraint = assert_max_sat_aux_constraint(&ctx, ctx.m_sorted_weighted_vars, m_most - m_bound);
@@ -179,6 +179,7 @@ int context::max_sat() {
     }
     m_unsat_core.reset();
     m_validation_failed = false;
+    m_incomplete_answer = false;
     if (inconsistent()) return -1;
     if (!type_correct()) return 0;
     m_model.reset();

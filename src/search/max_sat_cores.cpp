@@ -42,7 +42,7 @@ constexpr std::uint64_t no_limit = ~std::uint64_t{0};
 int max_sat_search::raise_lower_bound() {
     if (g_max_num_conflicts_with_maxsat_cores == 0 || g_use_initial_maxsat_cost || !collect_softs()) return 0;
     context& ctx = m_context;
-    ctx.m_egraph->init_before_search();
+    ctx.m_hub->init_before_search();
     m_scope.emplace(ctx);
     if (!m_scope->is_open()) return -1;
     m_bound = m_total;

@@ -71,7 +71,7 @@ bool context::implied_by_marked(literal l, std::int64_t floor, std::uint32_t lev
         case gexplanation::lazy: {
             literal const holder = value(literal(var)) > 0 ? literal(var) : literal(var, true);
             m_antecedent_lits.reset();
-            reason.get_explanation()->get_antecedents(this, holder, m_antecedent_lits, true);
+            reason.get_explanation()->get_antecedents(holder, m_antecedent_lits);
             implied = !m_antecedent_lits.empty();
             for (unsigned i = 0; implied && i < m_antecedent_lits.size(); ++i)
                 implied = visit_predecessor(m_antecedent_lits[i].var(), floor, levels);

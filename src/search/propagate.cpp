@@ -26,10 +26,10 @@ bool context::propagate_constraints() {
         drop_pending_work();
         return false;
     }
-    while (m_qhead != m_trail.size() || !m_atom_queue.empty() || m_egraph->can_propagate()) {
+    while (m_qhead != m_trail.size() || m_theory_qhead != m_trail.size() || m_hub->can_propagate()) {
         bool const consistent = propagate_boolean_constraints();
         m_qhead = m_trail.size();
-        if (!consistent || !propagate_non_boolean_constraints()) {
+        if (!consistent || !propagate_theories()) {
             drop_pending_work();
             return false;
         }
@@ -39,10 +39,7 @@ bool context::propagate_constraints() {
 }
 
 // After a conflict nothing stale may run once the search has jumped back.
-void context::drop_pending_work() {
-    m_atom_queue.reset();
-    m_egraph->reset_propagation_queue();
-}
+void context::drop_pending_work() { m_hub->reset_propagation_queue(); }
 
 bool context::propagate_boolean_constraints() {
     while (m_qhead < m_trail.size()) {
@@ -119,17 +116,7 @@ bool context::propagate_watched_clauses(literal l) {
                 watch_xors = m_clauses.watch_xors();
                 values = m_assignment.data();
             };
-            bool keep = true;
-            try {
-                keep = entry.get_constraint()->propagate(this, l);
-            } catch (...) {
-                // The set is whole again, and l waits to be visited once more.
-                find_again();
-                for (--read; read != end;) *write++ = *read++;
-                set->set_end_clauses(write);
-                --m_qhead;
-                throw;
-            }
+            bool const keep = entry.get_constraint()->propagate(this, l);
             find_again();
             if (keep) *write++ = entry;
             if (!inconsistent()) continue;
@@ -174,28 +161,35 @@ bool context::propagate_watched_clauses(literal l) {
     return consistent;
 }
 
-// Hands the assigned atoms to the theories in the order of their assignment and lets the e-graph propagate.
-// If a theory throws, the atoms before are handed over and leave the queue; its own is handed over again.
-bool context::propagate_non_boolean_constraints() {
-    unsigned num_handed = 0;
-    try {
-        for (; num_handed < m_atom_queue.size(); ++num_handed) {
-            literal const l = m_atom_queue[num_handed];
-            bool_var_body const body = get_body(l.var());
-            if (body.tag() == bool_var_body::atom_body)
-                body.get_atom()->assigned_event(this, !l.sign());
-            else if (body.tag() == bool_var_body::equation_body && !body.is_null())
-                m_egraph->assigned_event(body.get_equation(), !l.sign());
-            if (inconsistent()) return false;
-        }
-    } catch (...) {
-        for (unsigned i = num_handed; i < m_atom_queue.size(); ++i)
-            m_atom_queue[i - num_handed] = m_atom_queue[i];
-        m_atom_queue.shrink(m_atom_queue.size() - num_handed);
-        throw;
+// Hands the assigned atoms to the theories and lets them propagate.
+bool context::propagate_theories() {
+    if (!hand_over_atoms()) return false;
+    m_hub->propagate();
+    return !inconsistent();
+}
+
+// The atoms assigned since the last time, in the order of their assignment. What a theory assigns meanwhile waits
+// for the next round, behind Boolean propagation. After a conflict the head stands behind the last atom that was
+// taken, so that none is lost that a backjump leaves assigned.
+bool context::hand_over_atoms() {
+    m_handed_lits.reset();
+    unsigned const begin = m_theory_qhead;
+    unsigned const end = m_trail.size();
+    for (unsigned i = begin; i < end; ++i) {
+        if (!m_trail[i].is_literal()) continue;
+        literal const l = m_trail[i].get_literal();
+        if (m_has_atom.get(static_cast<unsigned>(l.var()))) m_handed_lits.push_back(l);
     }
-    m_atom_queue.reset();
-    m_egraph->propagate();
+    m_theory_qhead = end;
+    if (m_handed_lits.empty()) return true;
+    unsigned const num_taken = m_hub->assigned(m_handed_lits.data(), m_handed_lits.size());
+    if (num_taken < m_handed_lits.size()) {
+        VEXOR_ASSERT(inconsistent());
+        literal const next = m_handed_lits[num_taken];
+        m_theory_qhead = begin;
+        while (!m_trail[m_theory_qhead].is_literal() || m_trail[m_theory_qhead].get_literal() != next)
+            ++m_theory_qhead;
+    }
     return !inconsistent();
 }
 

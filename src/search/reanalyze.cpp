@@ -6,29 +6,11 @@
 //          level.
 // Ends:    each record is taken out before it is walked, and what the walk adds lands on lower records.
 // Cost:    linear in the records of the undone scopes.
-//
-// Theories and constraints may throw here. The walk goes on, since what it leaves out would be lost, and the
-// first exception passes at its end.
 #include "search/context.h"
 
-#include <exception>
 #include <utility>
 
 namespace vexor {
-
-namespace {
-
-// Runs f; of the exceptions the first is kept.
-template <typename F>
-void guarded(std::exception_ptr& failure, F f) {
-    try {
-        f();
-    } catch (...) {
-        if (!failure) failure = std::current_exception();
-    }
-}
-
-} // namespace
 
 // The record of the current scope, marked as used.
 out_of_order_data& context::current_out_of_order_data() {
@@ -40,26 +22,23 @@ out_of_order_data& context::current_out_of_order_data() {
 }
 
 void context::reanalyze(unsigned old_scope) {
-    std::exception_ptr failure;
     for (unsigned i = m_scope_lvl; i < old_scope && i < m_out_of_order_stack.size(); ++i) {
         if (m_out_of_order_stack[i].m_empty) continue;
         out_of_order_data record = std::move(m_out_of_order_stack[i]);
         m_out_of_order_stack[i] = out_of_order_data();
         reanalyze_literals(record.m_literals);
         for (int var : record.m_bool_vars) {
-            guarded(failure, [&] { init_bool_var(var, false); });
+            init_bool_var(var, false);
             if (!at_base_lvl()) current_out_of_order_data().m_bool_vars.push_back(var);
         }
         for (constraint* c : record.m_constraints) {
-            bool again = true;
-            guarded(failure, [&] { again = c->init(this, false); });
-            if (again && !at_base_lvl()) current_out_of_order_data().m_constraints.push_back(c);
+            if (c->init(this, false) && !at_base_lvl())
+                current_out_of_order_data().m_constraints.push_back(c);
         }
         reanalyze_binary_clauses(record.m_binary_clauses);
         reanalyze_clauses(record.m_clauses);
     }
-    guarded(failure, [&] { m_egraph->reanalyze(old_scope); });
-    if (failure) std::rethrow_exception(failure);
+    m_hub->reanalyze(old_scope);
 }
 
 // A unit that is false now is a conflict, and assert_literal says so; it also makes the new record.

@@ -3,26 +3,18 @@
 
 namespace vexor {
 
-// If the theories refuse the scope, there is none.
 void context::create_backtrack_point() {
     ++m_scope_lvl;
     m_region.begin_scope();
     m_scopes.push_back(m_trail.size());
-    try {
-        m_egraph->push();
-    } catch (...) {
-        VEXOR_ASSERT(m_scopes.back() == m_trail.size());
-        m_scopes.pop_back();
-        m_region.end_scope(false);
-        --m_scope_lvl;
-        throw;
-    }
+    m_hub->push();
 }
 
 // A record needs no propagation. The head passes it only if it stood right behind: a literal that still waits
 // before the record must not be skipped.
 void context::push_trail_record(trail_word record) {
     if (m_qhead == m_trail.size()) ++m_qhead;
+    if (m_theory_qhead == m_trail.size()) ++m_theory_qhead;
     m_trail.push_back(record);
 }
 
@@ -58,7 +50,7 @@ void context::backtrack(unsigned n, bool propagate, bool clear_conflict) {
         pop_trail_stack_until(m_scopes[old_scope - n]);
         for (unsigned i = 0; i < n; ++i) {
             --m_scope_lvl;
-            m_egraph->pop();
+            m_hub->pop();
             m_scopes.pop_back();
             m_region.end_scope(false);
         }
@@ -74,9 +66,8 @@ void context::backtrack(unsigned n, bool propagate, bool clear_conflict) {
     if (propagate) propagate_constraints();
 }
 
-// The timestamp of an unassigned variable is left as it is; nothing reads it. An atom that waits for its
-// theory goes with its literal, while one that stays assigned must still be handed over: a search may be
-// stopped at any point.
+// The timestamp of an unassigned variable is left as it is; nothing reads it. An atom that stays assigned but was
+// not handed to the theories yet still will be: a search may be stopped at any point.
 void context::pop_trail_stack_until(unsigned size) {
     while (m_trail.size() > size) {
         trail_word const word = m_trail.back();
@@ -93,11 +84,7 @@ void context::pop_trail_stack_until(unsigned size) {
         if (!m_var_heap.contains(l.var())) m_var_heap.insert(l.var());
     }
     m_qhead = size;
-    if (m_atom_queue.empty()) return;
-    unsigned num_kept = 0;
-    for (literal l : m_atom_queue)
-        if (value(l) > 0) m_atom_queue[num_kept++] = l;
-    m_atom_queue.shrink(num_kept);
+    if (m_theory_qhead > size) m_theory_qhead = size;
 }
 
 } // namespace vexor

@@ -57,7 +57,7 @@ void context::abandon_to_scope(unsigned scope) {
     m_model.reset();
     m_unsat_core.reset();
     if (m_scope_lvl <= scope) return;
-    m_egraph->reset_propagation_queue();
+    m_hub->reset_propagation_queue();
     try {
         backtrack(m_scope_lvl - scope, false, true);
     } catch (...) {
@@ -68,6 +68,7 @@ void context::abandon_to_scope(unsigned scope) {
 int context::check() {
     m_unsat_core.reset();
     m_validation_failed = false;
+    m_incomplete_answer = false;
     m_model.reset();
     if (inconsistent()) return -1;
     if (!type_correct()) return 0;
@@ -82,7 +83,7 @@ int context::check() {
             return -1;
         }
         m_search_lvl = m_scope_lvl;
-        m_egraph->init_before_search();
+        m_hub->init_before_search();
         result = search();
         if (get_verbosity_level() > 0) std::cerr << "\n";
     }
@@ -114,6 +115,7 @@ int context::search_core(unsigned conflict_limit, unsigned clause_limit, bool re
 void context::finish_search(int& result) {
     if (keep_searching()) {
         if (result != 1) return;
+        if (m_incomplete) m_incomplete_answer = true;
         if (m_validate_model) {
             std::cerr << " validating assignment... ";
             m_validation_failed = !validate_assignment();
@@ -135,7 +137,7 @@ void context::build_model() {
         m_model.m_bool_assignment[var] = m_assignment[2 * var];
     if (!g_build_model) return;
     m_model.m_valid = true;
-    m_egraph->build_model(m_model);
+    m_hub->build_model(m_model);
 }
 
 // One run: 1 satisfiable, -1 unsatisfiable at the search level, 0 restart or stop. A limit of 0 never
@@ -155,9 +157,8 @@ int context::bounded_search(unsigned limit) {
         }
         if (m_scope_lvl == 0) simplify_clauses();
         if (decide()) continue;
-        if (m_egraph->final_check()) return 1;
+        if (m_hub->final_check()) return 1;
         if (!inconsistent()) continue;
-        m_atom_queue.reset();
         if (!resolve_conflict()) return -1;
     }
     return 0;

@@ -28,7 +28,7 @@ bool context::push() {
     m_first_deletable_learned = m_learned_clauses.size();
     // The floor of the new scope then differs from the timestamp of the last literal of the old one.
     push_trail_record(g_dummy_trail_object);
-    m_egraph->save_base_level_trail();
+    m_hub->save_base_level_trail();
     if (m_internalizer) m_internalizer->push();
     return true;
 }
@@ -72,7 +72,7 @@ void context::undo_base_level_trail(base_level_trail& record) {
     for (unsigned i = record.m_binary_clauses.size(); i-- > 0;)
         remove_binary_clause(record.m_binary_clauses[i]);
     while (num_bool_vars() > record.m_num_bool_vars) remove_bool_var();
-    m_egraph->undo_base_level_trail();
+    m_hub->undo_base_level_trail();
     if (m_internalizer) m_internalizer->pop();
     collect_clause_memory();
 }

@@ -21,7 +21,7 @@ bool context::validate_assignment() {
     }
     for (constraint* c : m_constraints)
         if (!c->is_satisfied(this)) return false;
-    return m_egraph->validate_assignment();
+    return m_hub->validate_assignment();
 }
 
 } // namespace vexor

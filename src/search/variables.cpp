@@ -58,12 +58,9 @@ int context::get_bool_var_for(var_decl* decl) {
 
 literal context::create_fresh_bool_var() { return literal(create_bool_var_core(null_body)); }
 
-void context::init_bool_var(int var, bool is_new) {
+void context::init_bool_var(int var, bool is_new) noexcept {
     bool_var_body const body = get_body(var);
-    if (body.tag() == bool_var_body::atom_body)
-        body.get_atom()->init(this, var, is_new);
-    else if (body.tag() == bool_var_body::equation_body && !body.is_null())
-        m_egraph->init_equation(var, body.get_equation(), is_new);
+    if (body.has_atom()) m_hub->init_atom(body.get_atom(), is_new);
 }
 
 // Removes the last variable, which must be unassigned and unwatched by anything that lives on.
@@ -71,9 +68,6 @@ void context::remove_bool_var() {
     int const var = static_cast<int>(num_bool_vars()) - 1;
     VEXOR_ASSERT(var >= first_bool_var);
     if (m_var_heap.contains(var)) m_var_heap.remove(var);
-    bool_var_body const body = get_body(var);
-    if (body.tag() == bool_var_body::equation_body && !body.is_null())
-        m_egraph->remove_equation(body.get_equation());
     free_body(var);
     m_assignment.pop_back();
     m_assignment.pop_back();
@@ -90,13 +84,10 @@ void context::remove_bool_var() {
     m_has_atom.pop_back();
 }
 
-// Gates are owned here; atoms belong to their theory, which is told; equations stay with the e-graph.
+// Gates are owned here; atoms belong to the theories, which drop them when their user scope is closed.
 void context::free_body(int var) {
     bool_var_body& body = m_bool_var_bodies[static_cast<unsigned>(var)];
     switch (body.tag()) {
-    case bool_var_body::atom_body:
-        body.get_atom()->remove(this);
-        break;
     case bool_var_body::decl_body:
         m_def2var.erase(var);
         body.get_decl()->dec_ref();
@@ -105,7 +96,7 @@ void context::free_body(int var) {
         m_def2var.erase(var);
         delete body.get_def();
         break;
-    case bool_var_body::equation_body:
+    case bool_var_body::theory_body:
         break;
     }
     body = null_body;
