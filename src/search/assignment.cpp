@@ -51,10 +51,10 @@ void context::assert_constraint(constraint* c) {
 }
 
 void context::set_incompleteness(char const* reason) {
-    if (m_incomplete) return;
-    push_strong_trail(value_trail<bool>(m_incomplete));
-    m_incomplete = true;
-    m_incompleteness_reason = reason;
+    VEXOR_ASSERT(reason != nullptr);
+    if (m_incomplete != nullptr) return;
+    push_strong_trail(value_trail<char const*>(m_incomplete));
+    m_incomplete = reason;
 }
 
 void context::count_reason(unsigned kind) {

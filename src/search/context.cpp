@@ -69,6 +69,7 @@ void context::reset() {
     m_last_phase.reset();
     m_is_guard.reset();
     m_has_atom.reset();
+    m_num_atoms = 0;
     m_var_heap.reset();
     m_var_inc = 1.0;
     m_scope_lvl = m_base_lvl = 0;
@@ -98,8 +99,7 @@ void context::reset() {
     m_num_ignored_pushes = 0;
     m_type_correct = true;
     m_type_error.clear();
-    m_incomplete = m_incomplete_answer = false;
-    m_incompleteness_reason = nullptr;
+    m_incomplete = m_incomplete_answer = nullptr;
     m_validation_failed = false;
     m_model.reset();
     reserve_support_vars();

@@ -229,12 +229,16 @@ public:
     void set_type_error(char const* text);
     [[nodiscard]] bool type_correct() const { return m_type_correct; }
     [[nodiscard]] std::string const& get_type_incorrect_explanation() const { return m_type_error; }
-    // Goes with the present scope; the reason is a static text.
+    // From now on no assignment counts as a model, because of reason, a static text. Goes with the present scope;
+    // the first reason stays.
     void set_incompleteness(char const* reason = "incomplete");
-    // Whether the last answer, had it been "satisfiable", would only have been "unknown".
-    [[nodiscard]] bool incomplete() const { return m_incomplete || m_incomplete_answer; }
-    // Why the last answer was unknown for incompleteness; null if it was not.
-    [[nodiscard]] char const* get_incompleteness_reason() const { return m_incompleteness_reason; }
+    // Whether "satisfiable" is out of reach at the present scope, or a model of the last question did not count;
+    // pop drops the latter with the model.
+    [[nodiscard]] bool incomplete() const {
+        return m_incomplete != nullptr || m_incomplete_answer != nullptr;
+    }
+    // Why the models of the last question did not count; null if there was none, or if they did.
+    [[nodiscard]] char const* get_incompleteness_reason() const { return m_incomplete_answer; }
 
     // Whether the commands of the native language show models and cores.
     [[nodiscard]] bool evidence() const { return m_evidence; }
@@ -320,6 +324,8 @@ private:
     bool propagate_watched_clauses(literal l);
     bool propagate_theories();
     bool hand_over_atoms();
+    // Every assigned literal was propagated, every assigned atom handed over, and the theories have nothing to do.
+    [[nodiscard]] bool nothing_waits() const;
     void count_reason(unsigned kind);
     void drop_pending_work();
 
@@ -379,6 +385,7 @@ private:
     void reanalyze_clauses(svector<clause_ref>& refs);
     out_of_order_data& current_out_of_order_data();
     void pop_core(unsigned n, bool keep_model);
+    void forget_answer();
     void undo_base_level_trail(base_level_trail& record);
     void remove_binary_clause(binary_clause const& pair);
     void flush_data();
@@ -443,6 +450,7 @@ private:
     bitvector m_is_guard;                     // by variable: the guard of a retractable or weighted assertion
     bitvector m_last_phase;                   // by variable: its value before it was last unassigned
     bitvector m_has_atom;                     // by variable: the body has theory content
+    unsigned m_num_atoms = 0;                 // bits of m_has_atom that are set
     heap<var_lt> m_var_heap;                  // every unassigned variable from 3 on, by activity
     double m_var_inc = 1.0;                   // what a bump adds; grows instead of the activities decaying
 
@@ -492,12 +500,12 @@ private:
     static constexpr std::uint64_t running_bit = 1, stopped_bit = 2;
     std::atomic<std::uint64_t> m_search_state{0};
     bool m_type_correct = true;
-    bool m_incomplete = false; // an answer "satisfiable" would only be "unknown"; restored by the trail
-    bool m_incomplete_answer = false; // a model of the last question was found while m_incomplete was set
-    char const* m_incompleteness_reason = nullptr; // of the last time that m_incomplete was set
-    bool m_evidence = false;                       // not reset
-    unsigned m_num_ignored_pushes = 0;             // pushes on a dead context that await their pops
-    bool m_validate_model = false;                 // not reset
+    char const* m_incomplete = nullptr; // why an assignment would be no model; restored by the trail
+    char const* m_incomplete_answer =
+        nullptr;                       // m_incomplete at the first such assignment of the last question
+    bool m_evidence = false;           // not reset
+    unsigned m_num_ignored_pushes = 0; // pushes on a dead context that await their pops
+    bool m_validate_model = false;     // not reset
     bool m_validation_failed = false;
     std::string m_type_error;
     search_callback m_search_callback;                 // not reset
@@ -518,6 +526,10 @@ private:
 };
 
 // The one step of assigning an unassigned literal.
+inline bool context::nothing_waits() const {
+    return m_qhead == m_trail.size() && m_theory_qhead == m_trail.size() && !m_hub->can_propagate();
+}
+
 inline void context::assign_unassigned(literal l, gexplanation reason) {
     VEXOR_ASSERT(value(l) == 0);
     unsigned const var = static_cast<unsigned>(l.var());

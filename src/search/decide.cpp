@@ -89,6 +89,7 @@ bool context::decide() {
     bool const has_phase = m_decide_by_weight && choose_var_by_weight(var, phase);
     if (!has_phase) var = select_var();
     if (var == null_bool_var) return false;
+    VEXOR_ASSERT(!inconsistent() && nothing_waits());
     ++m_stats.m_num_decisions;
     if (get_verbosity_level() > 0 && m_stats.m_num_decisions % m_progress_interval == 0)
         std::cerr << "." << std::flush;

@@ -67,6 +67,7 @@ void context::display(std::ostream& out) const {
         c->display(this, out);
         out << "\n";
     }
+    m_hub->display(out);
 }
 
 void context::display_theory_statistics(std::ostream& out, char const* prefix) const {

@@ -18,7 +18,8 @@ public:
     virtual ~explanation() = default;
 
     // Appends the true literals that together imply l, all assigned before it; for false_literal, those of the
-    // conflict itself. Conflict analysis asks, which walks the trail backwards.
+    // conflict itself. Conflict analysis asks, which walks the trail backwards; it may ask more than once. If
+    // assigning l was the conflict, l is false: then what is true now implies l.
     virtual void get_antecedents(literal l, svector<literal>& out) noexcept = 0;
     // A short name of the reason for traces; may be null.
     [[nodiscard]] virtual char const* get_name(literal l) const noexcept;

@@ -23,7 +23,7 @@ void context::random_var_permutation() {
 int context::find_weighted_model(bool random) {
     m_unsat_core.reset();
     m_validation_failed = false;
-    m_incomplete_answer = false;
+    m_incomplete_answer = nullptr;
     if (inconsistent()) return -1;
     if (!type_correct()) return 0;
     m_model.reset();

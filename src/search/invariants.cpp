@@ -49,6 +49,14 @@ private:
         require(m_ctx.m_base_level_trails.size() == m_ctx.m_base_lvl, "one base level trail per user scope");
         require(m_ctx.m_base_lvl <= m_ctx.m_scope_lvl, "base level below the scope");
         require(m_ctx.m_qhead <= m_ctx.m_trail.size(), "head of the propagation");
+        require(m_ctx.m_theory_qhead <= m_ctx.m_trail.size(), "head of the atoms");
+        unsigned num_atoms = 0;
+        for (unsigned var = 0; var < n; ++var) {
+            bool const has_atom = m_ctx.m_bool_var_bodies[var].has_atom();
+            require(m_ctx.m_has_atom.get(var) == has_atom, "flag of an atom");
+            num_atoms += has_atom ? 1 : 0;
+        }
+        require(m_ctx.m_num_atoms == num_atoms, "number of atoms");
         require(m_ctx.value(true_literal) == 1 && m_ctx.value(false_literal) == -1, "value of the constant");
     }
 
@@ -242,6 +250,7 @@ private:
         }
         for (constraint* c : m_ctx.m_constraints)
             require(c->check_invariant(const_cast<context*>(&m_ctx)), "a constraint's own invariant");
+        if (m_ctx.nothing_waits()) m_ctx.m_hub->check_invariant();
     }
 
     context const& m_ctx;

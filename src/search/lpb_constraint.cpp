@@ -103,8 +103,7 @@ void lpb_constraint::set_coeff(context* ctx, numeral const& value) {
     propagate_core(ctx);
 }
 
-// A propagation that an exception interrupted visits its literal again: the position tells that it was
-// counted already.
+// The position tells whether the literal was counted already.
 bool lpb_constraint::propagate(context* ctx, literal l) noexcept {
     if (ctx->num_visited() <= m_num_visited) return true;
     save_state(ctx);

@@ -179,7 +179,7 @@ int context::max_sat() {
     }
     m_unsat_core.reset();
     m_validation_failed = false;
-    m_incomplete_answer = false;
+    m_incomplete_answer = nullptr;
     if (inconsistent()) return -1;
     if (!type_correct()) return 0;
     m_model.reset();

@@ -26,7 +26,7 @@ bool context::propagate_constraints() {
         drop_pending_work();
         return false;
     }
-    while (m_qhead != m_trail.size() || m_theory_qhead != m_trail.size() || m_hub->can_propagate()) {
+    while (!nothing_waits()) {
         bool const consistent = propagate_boolean_constraints();
         m_qhead = m_trail.size();
         if (!consistent || !propagate_theories()) {
@@ -38,7 +38,7 @@ bool context::propagate_constraints() {
     return true;
 }
 
-// After a conflict nothing stale may run once the search has jumped back.
+// Nothing stale may run once the search has jumped back.
 void context::drop_pending_work() { m_hub->reset_propagation_queue(); }
 
 bool context::propagate_boolean_constraints() {
@@ -175,14 +175,17 @@ bool context::hand_over_atoms() {
     m_handed_lits.reset();
     unsigned const begin = m_theory_qhead;
     unsigned const end = m_trail.size();
+    VEXOR_ASSERT(begin <= end && m_qhead == end);
+    m_theory_qhead = end;
+    if (m_num_atoms == 0) return true;
     for (unsigned i = begin; i < end; ++i) {
         if (!m_trail[i].is_literal()) continue;
         literal const l = m_trail[i].get_literal();
         if (m_has_atom.get(static_cast<unsigned>(l.var()))) m_handed_lits.push_back(l);
     }
-    m_theory_qhead = end;
     if (m_handed_lits.empty()) return true;
     unsigned const num_taken = m_hub->assigned(m_handed_lits.data(), m_handed_lits.size());
+    VEXOR_ASSERT(num_taken <= m_handed_lits.size());
     if (num_taken < m_handed_lits.size()) {
         VEXOR_ASSERT(inconsistent());
         literal const next = m_handed_lits[num_taken];

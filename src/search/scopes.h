@@ -24,9 +24,8 @@ struct base_level_trail {
     unsigned m_num_problem_clauses = 0;
     unsigned m_num_learned_clauses = 0;
     unsigned m_num_constraints = 0;
-    unsigned m_first_deletable_learned = 0; // the value before the push
-    bool m_type_correct = true;             // the flags at the push, put back by pop
-    bool m_incomplete = false;
+    unsigned m_first_deletable_learned = 0;  // the value before the push
+    bool m_type_correct = true;              // the flag at the push, put back by pop
     svector<binary_clause> m_binary_clauses; // added in this scope: they have no record to count
 };
 

@@ -68,7 +68,7 @@ void context::abandon_to_scope(unsigned scope) {
 int context::check() {
     m_unsat_core.reset();
     m_validation_failed = false;
-    m_incomplete_answer = false;
+    m_incomplete_answer = nullptr;
     m_model.reset();
     if (inconsistent()) return -1;
     if (!type_correct()) return 0;
@@ -115,7 +115,7 @@ int context::search_core(unsigned conflict_limit, unsigned clause_limit, bool re
 void context::finish_search(int& result) {
     if (keep_searching()) {
         if (result != 1) return;
-        if (m_incomplete) m_incomplete_answer = true;
+        if (m_incomplete_answer == nullptr) m_incomplete_answer = m_incomplete;
         if (m_validate_model) {
             std::cerr << " validating assignment... ";
             m_validation_failed = !validate_assignment();
@@ -157,9 +157,14 @@ int context::bounded_search(unsigned limit) {
         }
         if (m_scope_lvl == 0) simplify_clauses();
         if (decide()) continue;
-        if (m_hub->final_check()) return 1;
-        if (!inconsistent()) continue;
-        if (!resolve_conflict()) return -1;
+        unsigned const num_vars = num_bool_vars();
+        bool const accepted = m_hub->final_check();
+        if (inconsistent()) {
+            drop_pending_work();
+            if (!resolve_conflict()) return -1;
+        } else if (accepted && num_bool_vars() == num_vars && nothing_waits()) {
+            return 1; // what was added on the way would have to be looked at first
+        }
     }
     return 0;
 }

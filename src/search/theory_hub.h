@@ -29,9 +29,9 @@ public:
 
     // --- Scopes.
 
-    // A scope opens: behind a fixpoint, unless a question opens it for its assumptions.
+    // A scope opens, behind a fixpoint: all assigned atoms were handed over, nothing is queued.
     virtual void push() noexcept {}
-    // A scope closes. The undo records of the scope have run, the arena of the scope still stands.
+    // A scope closes; several may go in one backjump, one call each. The undo records of the scope have run, the arena of the scope still stands.
     virtual void pop() noexcept {}
     // Inside the push of a user scope, behind its fixpoint: sizes to come back to are recorded.
     virtual void save_base_level_trail() noexcept {}
@@ -39,17 +39,20 @@ public:
     // theory variables made in it go now, newest first.
     virtual void undo_base_level_trail() noexcept {}
     // After each backjump, before anything is propagated: what was made above the scope that it belongs to is
-    // brought to life again. old_scope is the scope before. May assign and set a conflict.
+    // brought to life again. old_scope is the scope before. May assign and set a conflict, and queue work, but a
+    // further backjump may come before that runs.
     virtual void reanalyze(unsigned old_scope) noexcept { static_cast<void>(old_scope); }
 
     // --- Atoms.
 
     // The variable of an atom was created (is_new), or the scope of its creation has gone and the atom lives
-    // on. The theory may assign it at once, if it knows its value.
+    // on; the latter comes again with each further backjump, until the base level is reached. The theory may
+    // assign it at once, if it knows its value.
     virtual void init_atom(theory_atom* a, bool is_new) noexcept;
     // Atoms were assigned, in this order; Boolean propagation has reached its fixpoint. Each assignment is
     // handed over once, and again only after it was undone. Returns how many were taken: fewer than n only
-    // with a conflict. May assign, and add variables and clauses.
+    // with a conflict; the others come again if a backjump leaves them assigned. May assign, and add variables
+    // and clauses.
     virtual unsigned assigned(literal const* lits, unsigned n) noexcept;
     // A decision on the atom's variable is due. True if the theory fixed the phase. Adds nothing.
     [[nodiscard]] virtual bool decide_atom(theory_atom* a, bool& phase) noexcept;
@@ -58,17 +61,21 @@ public:
     // --- Propagation.
 
     [[nodiscard]] virtual bool can_propagate() const noexcept { return false; }
-    // Behind the fixpoint of Boolean propagation, all assigned atoms handed over. May assign, set a conflict,
-    // add variables and clauses.
+    // Behind the fixpoint of Boolean propagation, all assigned atoms handed over; comes in each round, also when
+    // can_propagate is false. May assign, set a conflict, add variables and clauses. If it throws, what is still
+    // queued must run at the next call, unless it is dropped in between.
     virtual void propagate() {}
-    // Drops what is queued, so that nothing stale runs after a backjump.
+    // Drops what is queued, so that nothing stale runs after a backjump: a conflict stands, or scopes are about to
+    // be undone. What concerns lower scopes as well comes again in reanalyze.
     virtual void reset_propagation_queue() noexcept {}
 
     // --- Search.
 
+    // A question begins: assumptions are assigned, but not propagated yet. May come several times in a question.
     virtual void init_before_search() noexcept {}
     // All variables are assigned and propagation is at its fixpoint. True if the assignment is a model;
-    // otherwise the theories added literals, lemmas, variables or a conflict.
+    // otherwise the theories added literals, lemmas, variables or a conflict. The search also goes on when
+    // something was added and the result is true.
     [[nodiscard]] virtual bool final_check() { return true; }
     // Behind a final_check that was true: the values go into m, since the assignment is about to be undone.
     virtual void build_model(model& m) noexcept { static_cast<void>(m); }
@@ -90,7 +97,7 @@ public:
     virtual void display(std::ostream& out) const { static_cast<void>(out); }
     // One line for each counter: prefix, name, value.
     virtual void display_statistics(std::ostream& out, char const* prefix) const;
-    // Recomputes the state from scratch and compares; aborts on the first difference.
+    // At a fixpoint: recomputes the state from scratch and compares; aborts on the first difference.
     virtual void check_invariant() const {}
 };
 

@@ -22,7 +22,6 @@ bool context::push() {
     record.m_num_constraints = m_constraints.size();
     record.m_first_deletable_learned = m_first_deletable_learned;
     record.m_type_correct = m_type_correct;
-    record.m_incomplete = m_incomplete;
     m_base_level_trails.push_back(record);
     m_base_lvl = m_scope_lvl;
     m_first_deletable_learned = m_learned_clauses.size();
@@ -33,19 +32,24 @@ bool context::push() {
     return true;
 }
 
+void context::forget_answer() {
+    m_model.reset();
+    m_incomplete_answer = nullptr;
+}
+
 // One scope at a time, since backtrack undoes one base_level_trail. Inconsistency and type errors of the
-// scopes do not survive them; without a scope to undo, nothing changes.
+// scopes do not survive them, nor does what an exception left waiting in them; without a scope to undo, nothing
+// changes. Propagation comes when all scopes are gone: if the theories throw, there is nothing left to undo.
 void context::pop_core(unsigned n, bool keep_model) {
     VEXOR_ASSERT(at_base_lvl());
+    if (!keep_model) forget_answer();
     for (unsigned i = 0; i < n && m_scope_lvl != 0; ++i) {
-        bool const was_type_correct = m_base_level_trails.back().m_type_correct;
-        bool const was_incomplete = m_base_level_trails.back().m_incomplete;
-        m_type_correct = was_type_correct;
-        m_incomplete = was_incomplete;
+        m_type_correct = m_base_level_trails.back().m_type_correct;
         if (m_type_correct) m_type_error.clear();
-        backtrack(1, true, true);
+        bool const is_last = i + 1 == n || m_scope_lvl == 1;
+        drop_pending_work();
+        backtrack(1, is_last, true);
     }
-    if (!keep_model) m_model.reset();
     VEXOR_INVARIANT(2, check_invariant());
 }
 

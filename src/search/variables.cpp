@@ -32,6 +32,7 @@ int context::create_bool_var_core(bool_var_body body) {
     m_last_phase.push_back(false);
     m_is_guard.push_back(false);
     m_has_atom.push_back(body.has_atom());
+    m_num_atoms += body.has_atom() ? 1 : 0;
     m_var_heap.set_bounds(n + 1);
     if (var >= first_bool_var) m_var_heap.insert(var);
     init_bool_var(var, true);
@@ -67,6 +68,7 @@ void context::init_bool_var(int var, bool is_new) noexcept {
 void context::remove_bool_var() {
     int const var = static_cast<int>(num_bool_vars()) - 1;
     VEXOR_ASSERT(var >= first_bool_var);
+    VEXOR_ASSERT(value(literal(var)) == 0);
     if (m_var_heap.contains(var)) m_var_heap.remove(var);
     free_body(var);
     m_assignment.pop_back();
@@ -81,6 +83,7 @@ void context::remove_bool_var() {
     m_marks.pop_back();
     m_last_phase.pop_back();
     m_is_guard.pop_back();
+    m_num_atoms -= m_has_atom.back() ? 1 : 0;
     m_has_atom.pop_back();
 }
 

@@ -37,7 +37,7 @@ public:
     [[nodiscard]] gexplanation conflict() const { return m_ctx.m_conflict; }
     [[nodiscard]] unsigned qhead() const { return m_ctx.m_qhead; }
     [[nodiscard]] unsigned trail_size() const { return m_ctx.m_trail.size(); }
-    [[nodiscard]] svector<literal>& atom_queue() { return m_ctx.m_atom_queue; }
+    [[nodiscard]] unsigned theory_qhead() const { return m_ctx.m_theory_qhead; }
     [[nodiscard]] std::int64_t& simp_budget() { return m_ctx.m_simp_budget; }
     [[nodiscard]] unsigned num_input_clauses() const { return m_ctx.m_num_input_clauses; }
     [[nodiscard]] unsigned first_deletable_learned() const { return m_ctx.m_first_deletable_learned; }

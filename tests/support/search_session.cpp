@@ -291,7 +291,7 @@ bool search_session::check() {
     return m_failure.empty();
 }
 
-// A stop at some conflict, and exceptions from the seams; afterwards the same question in peace.
+// A stop at some conflict, and exceptions from the theory; afterwards the same question in peace.
 void search_session::check_stopped() {
     unsigned countdown = 1 + m_random.below(6);
     if (m_theory != nullptr) {

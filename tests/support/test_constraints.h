@@ -10,7 +10,7 @@
 
 namespace vexor_test {
 
-// Thrown by the seams of the tests' theories and constraints.
+// Thrown by the seams of the tests' theories.
 struct seam_exception : std::runtime_error {
     explicit seam_exception(char const* where)
         : std::runtime_error(where) {}
@@ -23,18 +23,17 @@ public:
         : m_lits(std::move(lits))
         , m_k(k) {}
 
-    bool propagate(vexor::context* ctx, vexor::literal) override {
+    bool propagate(vexor::context* ctx, vexor::literal) noexcept override {
         ++m_num_visits;
-        if (m_throw_at_visit != 0 && m_num_visits == m_throw_at_visit)
-            throw seam_exception("constraint::propagate");
         static_cast<void>(act(ctx));
         return true;
     }
-    void remove(vexor::context* ctx, bool all) override {
+    void remove(vexor::context* ctx, bool all) noexcept override {
         if (all) return;
         for (vexor::literal l : m_lits) ctx->remove_generic_watch(this, l);
     }
-    bool init(vexor::context* ctx, bool is_new) override {
+    bool init(vexor::context* ctx, bool is_new) noexcept override {
+        m_ctx = ctx;
         if (is_new)
             for (vexor::literal l : m_lits) ctx->insert_constraint_watch(l, this);
         else
@@ -42,7 +41,6 @@ public:
         return act(ctx);
     }
     void display(vexor::context const*, std::ostream& out) const override { out << "at most " << m_k; }
-    using vexor::constraint::display;
     [[nodiscard]] char const* get_kind() const override { return "at_most"; }
     [[nodiscard]] bool is_satisfied(vexor::context* ctx) override { return num_true(ctx) <= m_k; }
     // At a fixpoint nothing is left to propagate.
@@ -53,15 +51,14 @@ public:
             if (ctx->value(l) == 0) return false;
         return true;
     }
-    void get_antecedents(vexor::context* ctx, vexor::literal l, vexor::svector<vexor::literal>& out,
-                         bool) override {
+    void get_antecedents(vexor::literal l, vexor::svector<vexor::literal>& out) noexcept override {
         ++m_num_explanations;
         bool const is_conflict = l == vexor::false_literal;
         unsigned needed = is_conflict ? m_k + 1 : m_k;
         for (vexor::literal x : m_lits) {
             if (needed == 0) return;
-            if (ctx->value(x) <= 0) continue;
-            if (!is_conflict && ctx->timestamp(x) >= ctx->timestamp(l)) continue;
+            if (m_ctx->value(x) <= 0) continue;
+            if (!is_conflict && m_ctx->timestamp(x) >= m_ctx->timestamp(l)) continue;
             out.push_back(x);
             --needed;
         }
@@ -70,7 +67,6 @@ public:
     unsigned m_num_visits = 0;
     unsigned m_num_reinits = 0;
     unsigned m_num_explanations = 0;
-    unsigned m_throw_at_visit = 0; // 0 never
 
 private:
     [[nodiscard]] unsigned num_true(vexor::context* ctx) const {
@@ -91,6 +87,7 @@ private:
         return true;
     }
 
+    vexor::context* m_ctx = nullptr; // set by init
     std::vector<vexor::literal> m_lits;
     unsigned m_k;
 };
@@ -103,7 +100,7 @@ public:
         : m_vars(std::move(vars))
         , m_rhs(rhs) {}
 
-    bool propagate(vexor::context* ctx, vexor::literal l) override {
+    bool propagate(vexor::context* ctx, vexor::literal l) noexcept override {
         unsigned const mine = m_vars[0] == l.var() ? 0 : 1;
         if (m_vars.size() > 1) {
             for (unsigned i = 2; i < m_vars.size(); ++i) {
@@ -117,14 +114,15 @@ public:
         static_cast<void>(act(ctx));
         return true;
     }
-    void remove(vexor::context* ctx, bool all) override {
+    void remove(vexor::context* ctx, bool all) noexcept override {
         if (all) return;
         for (unsigned i = 0; i < 2 && i < m_vars.size(); ++i) {
             unwatch(ctx, vexor::literal(m_vars[i]));
             unwatch(ctx, vexor::literal(m_vars[i], true));
         }
     }
-    bool init(vexor::context* ctx, bool is_new) override {
+    bool init(vexor::context* ctx, bool is_new) noexcept override {
+        m_ctx = ctx;
         if (is_new) {
             for (unsigned i = 0; i < 2 && i < m_vars.size(); ++i) {
                 for (unsigned j = i + 1; j < m_vars.size(); ++j)
@@ -135,7 +133,6 @@ public:
         return act(ctx);
     }
     void display(vexor::context const*, std::ostream& out) const override { out << "parity"; }
-    using vexor::constraint::display;
     [[nodiscard]] char const* get_kind() const override { return "parity"; }
     [[nodiscard]] bool is_satisfied(vexor::context* ctx) override {
         return num_open(ctx) == 0 && parity(ctx) == m_rhs;
@@ -143,12 +140,11 @@ public:
     [[nodiscard]] bool check_invariant(vexor::context* ctx) override {
         return num_open(ctx) >= 2 || (num_open(ctx) == 0 && parity(ctx) == m_rhs);
     }
-    void get_antecedents(vexor::context* ctx, vexor::literal l, vexor::svector<vexor::literal>& out,
-                         bool) override {
+    void get_antecedents(vexor::literal l, vexor::svector<vexor::literal>& out) noexcept override {
         for (int v : m_vars) {
             if (l != vexor::false_literal && v == l.var()) continue;
             vexor::literal const x(v);
-            out.push_back(ctx->value(x) > 0 ? x : ~x);
+            out.push_back(m_ctx->value(x) > 0 ? x : ~x);
         }
     }
 
@@ -192,7 +188,8 @@ private:
         return true;
     }
 
-    std::vector<int> m_vars; // distinct; the first two are watched
+    vexor::context* m_ctx = nullptr; // set by init
+    std::vector<int> m_vars;         // distinct; the first two are watched
     bool m_rhs;
 };
 

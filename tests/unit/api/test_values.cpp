@@ -19,7 +19,7 @@ using namespace vexor_test;
 // A theory that knows the values it was told.
 class told_values : public theory_hub {
 public:
-    expr* get_value_for(model const&, var_decl* d) override {
+    expr* get_value_for(model const&, var_decl* d) noexcept override {
         auto const found = m_values.find(d);
         return found == m_values.end() ? nullptr : found->second.get();
     }

@@ -37,7 +37,7 @@ protected:
 TEST_F(assumptions_test, without_assumptions_no_scope_is_opened) {
     struct counting_hub : theory_hub {
         unsigned m_num_pushes = 0;
-        void push() override { ++m_num_pushes; }
+        void push() noexcept override { ++m_num_pushes; }
     };
     context k;
     auto* hub = new counting_hub;
@@ -200,8 +200,8 @@ class deep_conflict_hub : public theory_hub {
 public:
     explicit deep_conflict_hub(context& ctx)
         : m_ctx(ctx) {}
-    void push() override { ++m_depth; }
-    void pop() override { --m_depth; }
+    void push() noexcept override { ++m_depth; }
+    void pop() noexcept override { --m_depth; }
     void propagate() override {
         if (m_depth >= m_at) m_ctx.create_clause_core(m_clause, clause_kind::lemma);
     }

@@ -48,8 +48,8 @@ TEST_F(def_table_test, fresh_variables_and_atoms_are_never_equal) {
     m_table.insert(0);
     EXPECT_EQ(m_table.find(1), null_bool_var);
     EXPECT_EQ(m_table.find(0), 0);
-    m_bodies.push_back(bool_var_body(reinterpret_cast<atom*>(64)));
-    m_bodies.push_back(bool_var_body(reinterpret_cast<atom*>(64)));
+    m_bodies.push_back(bool_var_body(reinterpret_cast<theory_atom*>(64)));
+    m_bodies.push_back(bool_var_body(reinterpret_cast<theory_atom*>(64)));
     m_table.insert(2);
     EXPECT_EQ(m_table.find(3), null_bool_var);
 }

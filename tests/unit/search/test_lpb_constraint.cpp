@@ -34,33 +34,6 @@ protected:
     context ctx;
 };
 
-// Throws at its first visit.
-class throwing_constraint final : public constraint {
-public:
-    explicit throwing_constraint(literal l)
-        : m_literal(l) {}
-    bool propagate(context*, literal) override {
-        if (std::exchange(m_has_thrown, true)) return true;
-        throw std::runtime_error("first visit");
-    }
-    void get_antecedents(context*, literal, svector<literal>&, bool) override {}
-    void remove(context* ctx, bool all) override {
-        if (!all) ctx->remove_generic_watch(this, m_literal);
-    }
-    bool init(context* ctx, bool is_new) override {
-        if (is_new) ctx->insert_constraint_watch(m_literal, this);
-        return false;
-    }
-    void display(context const*, std::ostream&) const override {}
-    [[nodiscard]] char const* get_kind() const override { return "throwing"; }
-    [[nodiscard]] bool is_satisfied(context*) override { return true; }
-    [[nodiscard]] bool check_invariant(context*) override { return true; }
-
-private:
-    literal m_literal; // watched
-    bool m_has_thrown = false;
-};
-
 } // namespace
 
 TEST_F(lpb_test, prints_monomials_in_literal_order) {
@@ -204,16 +177,6 @@ TEST_F(lpb_test, a_literal_that_waits_for_its_visit_counts_once) {
     lpb_constraint* c = lpb({1, 1, 1}, {-3, 4, 5}, 1);
     EXPECT_EQ(numeral(2), c->potential());
     EXPECT_EQ(1, ctx.check());
-}
-
-// The literal is visited once more after the exception of the other constraint.
-TEST_F(lpb_test, a_visit_repeated_after_an_exception_counts_once) {
-    lpb_constraint* c = lpb({1, 1, 1}, {1, 2, 3}, 1);
-    ctx.assert_constraint(new throwing_constraint(to_literal(-1)));
-    ctx.assert_literal(to_literal(-1));
-    EXPECT_THROW(ctx.propagate_constraints(), std::runtime_error);
-    EXPECT_TRUE(ctx.propagate_constraints());
-    EXPECT_EQ(numeral(2), c->potential());
 }
 
 TEST_F(lpb_test, an_assertion_drops_the_model) {

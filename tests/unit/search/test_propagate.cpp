@@ -1,7 +1,6 @@
 // Propagation, and the constraints and theories that take part in it.
 #include "search/context.h"
 
-#include "support/clause_theory.h"
 #include "support/context_probe.h"
 #include "support/search_helpers.h"
 #include "support/search_settings_guard.h"
@@ -34,23 +33,22 @@ public:
     probing_constraint(literal on, std::function<bool(context&, literal)> act)
         : m_on(on)
         , m_act(std::move(act)) {}
-    bool propagate(context* ctx, literal l) override {
+    bool propagate(context* ctx, literal l) noexcept override {
         ++m_num_visits;
         return m_act(*ctx, l);
     }
-    void remove(context* ctx, bool all) override {
+    void remove(context* ctx, bool all) noexcept override {
         if (!all) ctx->remove_generic_watch(this, m_on);
     }
-    bool init(context* ctx, bool is_new) override {
+    bool init(context* ctx, bool is_new) noexcept override {
         if (is_new) ctx->insert_constraint_watch(m_on, this);
         return false;
     }
-    using constraint::display;
     void display(context const*, std::ostream&) const override {}
     [[nodiscard]] char const* get_kind() const override { return "probing"; }
     [[nodiscard]] bool is_satisfied(context*) override { return true; }
     [[nodiscard]] bool check_invariant(context*) override { return true; }
-    void get_antecedents(context*, literal, svector<literal>& out, bool) override { out.push_back(m_on); }
+    void get_antecedents(literal, svector<literal>& out) noexcept override { out.push_back(m_on); }
 
     unsigned m_num_visits = 0;
 
@@ -92,7 +90,7 @@ TEST_F(propagate_test, a_contradicted_literal_is_explained_by_both_sides) {
     EXPECT_FALSE(ctx.assign_literal_core(~x[0], gexplanation::mk_binary(x[1])));
     ASSERT_EQ(probe.conflict().tag(), gexplanation::lazy);
     svector<literal> why;
-    probe.conflict().get_explanation()->get_antecedents(&ctx, false_literal, why, true);
+    probe.conflict().get_explanation()->get_antecedents(false_literal, why);
     ASSERT_EQ(why.size(), 2u);
     EXPECT_EQ(why[0], x[1]);
     EXPECT_EQ(why[1], x[0]);
@@ -157,32 +155,6 @@ TEST_F(propagate_test, a_constraint_may_drop_its_entry_on_a_conflict) {
     ctx.check_invariant();
 }
 
-TEST_F(propagate_test, a_constraint_that_throws_leaves_the_watch_set_whole) {
-    unsigned countdown = 2;
-    auto* c = new probing_constraint(x[0], [&](context&, literal) {
-        if (--countdown == 0) throw seam_exception("propagate");
-        return true;
-    });
-    add(ctx, {~x[0], x[3], x[4]});
-    ctx.assert_constraint(c);
-    ctx.assert_constraint(new probing_constraint(x[0], [](context&, literal) { return true; }));
-    add(ctx, {~x[0], x[1], x[2]});
-    add(ctx, {~x[0], x[5]});
-    probe.decide(x[0]);
-    ASSERT_TRUE(ctx.propagate_constraints());
-    probe.backtrack(1);
-    unsigned const entries = probe.watches(x[0]).num_clauses();
-    ctx.assert_literal(x[0]);
-    EXPECT_THROW(static_cast<void>(ctx.propagate_constraints()), seam_exception);
-    EXPECT_EQ(probe.watches(x[0]).num_clauses(), entries);
-    ctx.check_invariant();
-    countdown = 5;
-    EXPECT_TRUE(ctx.propagate_constraints()); // the literal waits to be visited once more
-    EXPECT_EQ(c->m_num_visits, 3u);
-    EXPECT_EQ(ctx.value(x[5]), 1);
-    ctx.check_invariant();
-}
-
 // During a visit the constraint makes variables, and clauses that are watched at the very literal that is
 // being visited: the arrays move and the set grows.
 TEST_F(propagate_test, a_constraint_may_make_variables_and_clauses) {
@@ -215,51 +187,11 @@ TEST_F(propagate_test, a_constraint_may_make_variables_and_clauses) {
     EXPECT_EQ(ctx.check(), 1);
 }
 
-TEST_F(propagate_test, a_constraint_may_make_a_clause_and_throw) {
-    probing_constraint* c = nullptr;
-    c = new probing_constraint(x[0], [&](context& k, literal l) -> bool {
-        if (c->m_num_visits > 1) return true;
-        for (unsigned i = 2; i < 8; ++i) add(k, {~l, ~x[1], x[i]}, clause_kind::lemma);
-        throw seam_exception("propagate");
-    });
-    ctx.assert_constraint(c);
-    probe.decide(x[1]);
-    ASSERT_TRUE(ctx.propagate_constraints());
-    probe.decide(x[0]);
-    EXPECT_THROW(static_cast<void>(ctx.propagate_constraints()), seam_exception);
-    EXPECT_EQ(probe.watches(x[0]).num_clauses(), 7u);
-    EXPECT_TRUE(ctx.propagate_constraints());
-    ctx.check_invariant();
-}
-
-TEST_F(propagate_test, a_theory_that_throws_is_told_the_rest_later_and_nothing_twice) {
-    context fresh_ctx;
-    auto* theory = new clause_theory(fresh_ctx, 1);
-    fresh_ctx.set_theory_hub(std::unique_ptr<theory_hub>(theory));
-    theory->m_moods = clause_theory::silent;
-    std::vector<literal> a;
-    for (unsigned i = 0; i < 20; ++i) a.push_back(theory->create_atom());
-    for (literal l : a) fresh_ctx.assert_literal(l);
-    theory->m_moods.m_throw_ppm = 300000;
-    unsigned num_thrown = 0;
-    while (true) {
-        try {
-            if (fresh_ctx.propagate_constraints()) break;
-        } catch (seam_exception const&) {
-            ++num_thrown;
-        }
-    }
-    EXPECT_GT(num_thrown, 0u);
-    EXPECT_FALSE(theory->m_broken);
-    EXPECT_TRUE(context_probe(fresh_ctx).atom_queue().empty());
-    theory->m_moods.m_throw_ppm = 0;
-}
-
 // What reanalysis queued in the theories is stale once a conflict stands.
 TEST_F(propagate_test, a_pending_conflict_drops_what_the_theories_queued) {
     struct counting_hub : theory_hub {
         unsigned m_num_drops = 0;
-        void reset_propagation_queue() override { ++m_num_drops; }
+        void reset_propagation_queue() noexcept override { ++m_num_drops; }
     };
     context k;
     auto* hub = new counting_hub;
@@ -280,7 +212,7 @@ TEST_F(propagate_test, native_constraints_propagate_and_explain) {
     EXPECT_EQ(ctx.value(x[1]), -1);
     EXPECT_EQ(ctx.value(x[3]), -1);
     svector<literal> why;
-    c->get_antecedents(&ctx, ~x[3], why, true);
+    c->get_antecedents(~x[3], why);
     EXPECT_EQ(why.size(), 2u);
     ctx.assert_constraint(new parity_constraint({x[1].var(), x[3].var(), x[4].var()}, true));
     EXPECT_EQ(ctx.value(x[4]), 1);

@@ -294,45 +294,6 @@ TEST_F(scopes_test, a_constraint_made_in_a_deep_scope_is_initialized_again) {
     EXPECT_EQ(ctx.check(), 1);
 }
 
-// What the walk over the records leaves out would be lost; so it goes on when a theory throws.
-TEST_F(scopes_test, an_exception_during_reanalysis_loses_nothing) {
-    struct throwing_atom : atom {
-        unsigned m_num_inits = 0;
-        bool m_throw = false;
-        void init(context*, int, bool) override {
-            ++m_num_inits;
-            if (m_throw) throw seam_exception("init");
-        }
-        void assigned_event(context*, bool) override {}
-        bool decide(context*, bool&) override { return false; }
-        void display(context const*, std::ostream&) const override {}
-    };
-    throwing_atom first;
-    throwing_atom second;
-    for (unsigned i = 0; i < 4; ++i) ASSERT_TRUE(decide(x[i]));
-    ctx.create_bool_var_core(bool_var_body(&first));
-    ctx.create_bool_var_core(bool_var_body(&second));
-    ctx.assert_literal(x[10]);
-    add(ctx, {~x[0], x[11]}, clause_kind::lemma);
-    clause_ref const ref = add(ctx, {~x[0], ~x[1], x[12]}, clause_kind::lemma);
-    auto* c = new at_most_constraint({x[0], x[1], x[13]}, 2);
-    ctx.assert_constraint(c);
-    ASSERT_TRUE(ctx.propagate_constraints());
-    first.m_throw = true;
-    EXPECT_THROW(probe.backtrack(2), seam_exception);
-    EXPECT_EQ(ctx.scope_lvl(), 2u);
-    EXPECT_EQ(first.m_num_inits, 2u);
-    EXPECT_EQ(second.m_num_inits, 2u);
-    for (unsigned i = 10; i < 14; ++i) EXPECT_EQ(ctx.value(x[i]), i < 13 ? 1 : -1) << i;
-    EXPECT_TRUE(ctx.get_clause(ref).out_of_order());
-    first.m_throw = false;
-    probe.backtrack(1);
-    EXPECT_EQ(first.m_num_inits, 3u); // still on the records
-    ctx.check_invariant();
-    probe.backtrack(1);
-    ctx.reset(); // the atoms must outlive their variables
-}
-
 TEST_F(scopes_test, two_scopes_never_start_at_one_place) {
     ctx.push();
     ctx.push();
